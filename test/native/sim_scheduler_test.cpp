@@ -1,0 +1,137 @@
+// The engine's threading core: the event thread's task order and shutdown,
+// and the listener registry's wait for calls in flight.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <set>
+#include <thread>
+
+#include "listener_registry.h"
+#include "scheduler.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using orva::loopback::ListenerRegistry;
+using orva::loopback::Scheduler;
+namespace rtc = Orva::Rtc;
+
+// Test that tasks run by due time, ties in posting order, on one thread
+// that is not the poster's.
+TEST(Scheduler, RunsByDueTimeThenPostingOrder) {
+  Scheduler scheduler;
+  scheduler.start();
+  std::mutex mutex;
+  std::vector<int> order;
+  std::set<std::thread::id> threads;
+  auto note = [&](int n) {
+    return [&, n] {
+      std::lock_guard lock(mutex);
+      order.push_back(n);
+      threads.insert(std::this_thread::get_id());
+    };
+  };
+  scheduler.post(30ms, note(3));
+  scheduler.post(0ms, note(1));
+  scheduler.post(0ms, note(2));
+  scheduler.post(10ms, note(4));
+  std::this_thread::sleep_for(80ms);
+  ASSERT_TRUE(scheduler.runAndWait([] {}));
+  scheduler.stop();
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 4, 3}));
+  ASSERT_EQ(threads.size(), 1u);
+  EXPECT_NE(*threads.begin(), std::this_thread::get_id());
+}
+
+// Test that stop drops pending tasks, refuses new ones, and that a waiter
+// whose task was dropped is released instead of left blocked.
+TEST(Scheduler, StopDropsPendingTasksAndReleasesWaiters) {
+  Scheduler scheduler;
+  scheduler.start();
+  std::atomic<int> ran{0};
+  scheduler.post(1h, [&] { ++ran; });
+  std::promise<void> blockerStarted;
+  std::atomic<bool> release{false};
+  scheduler.post(0ms, [&] {
+    blockerStarted.set_value();
+    while (!release) std::this_thread::sleep_for(1ms);
+  });
+  blockerStarted.get_future().wait();
+  auto waiter = std::async(std::launch::async, [&] { return scheduler.runAndWait([&] { ++ran; }); });
+  std::this_thread::sleep_for(20ms);
+  auto stopper = std::async(std::launch::async, [&] { scheduler.stop(); });
+  std::this_thread::sleep_for(20ms);
+  release = true;
+  stopper.get();
+  EXPECT_FALSE(waiter.get());
+  EXPECT_EQ(ran, 0);
+  EXPECT_FALSE(scheduler.post(0ms, [&] { ++ran; }));
+  EXPECT_FALSE(scheduler.runAndWait([&] { ++ran; }));
+  scheduler.start();  // and it starts again
+  EXPECT_TRUE(scheduler.runAndWait([&] { ++ran; }));
+  EXPECT_EQ(ran, 1);
+  scheduler.stop();
+}
+
+// Test that runAndWait from the scheduler's own thread runs in place.
+TEST(Scheduler, RunAndWaitOnItsOwnThreadRunsInPlace) {
+  Scheduler scheduler;
+  scheduler.start();
+  bool inner = false;
+  EXPECT_TRUE(scheduler.runAndWait([&] { EXPECT_TRUE(scheduler.runAndWait([&] { inner = true; })); }));
+  EXPECT_TRUE(inner);
+  scheduler.stop();
+}
+
+struct CombinedListener : rtc::OrvaEngineListener {
+  std::atomic<bool> inside{false};
+  std::atomic<bool> done{false};
+  void OnSessionStateChanged(const char*, rtc::MediaSessionState, rtc::MediaSessionState) override {
+    inside = true;
+    std::this_thread::sleep_for(60ms);
+    done = true;
+  }
+};
+
+// Test that forget() clears a listener's faces at once but returns only
+// when the call already in flight on one of them has returned.
+TEST(ListenerRegistry, ForgetListenerWaitsForItsFaces) {
+  ListenerRegistry registry;
+  CombinedListener listener;
+  registry.setAll(&listener);
+  std::thread caller([&] {
+    registry.invoke<rtc::MediaServiceListener>([](auto* l) { l->OnSessionStateChanged("r", rtc::Joined, rtc::Init); });
+  });
+  while (!listener.inside) std::this_thread::yield();
+  registry.forget(&listener, nullptr);
+  EXPECT_TRUE(listener.done);
+  EXPECT_FALSE(registry.invoke<rtc::MediaChannelListener>([](auto*) {}));
+  caller.join();
+}
+
+}  // namespace
+
+namespace {
+
+struct CountingProcessor : rtc::VideoFrameProcessor {
+  std::atomic<int> frames{0};
+  void OnVideoFrame(rtc::VideoFrame*) override { ++frames; }
+};
+
+// Test that forgetting a processor leaves a different listener's faces alone.
+TEST(ListenerRegistry, ForgetProcessorOnly) {
+  ListenerRegistry registry;
+  CombinedListener listener;
+  CountingProcessor processor;
+  registry.setAll(&listener);
+  registry.set<rtc::VideoFrameProcessor>(&processor);
+  EXPECT_TRUE(registry.invoke<rtc::VideoFrameProcessor>([](auto* p) { p->OnVideoFrame(nullptr); }));
+  registry.forget(nullptr, &processor);
+  EXPECT_FALSE(registry.invoke<rtc::VideoFrameProcessor>([](auto* p) { p->OnVideoFrame(nullptr); }));
+  EXPECT_TRUE(registry.invoke<rtc::MediaLiveListener>([](auto*) {}));
+  EXPECT_EQ(processor.frames, 1);
+}
+
+}  // namespace
