@@ -1,0 +1,73 @@
+// The few operating-system calls the addon makes, behind one interface.
+//
+// Each facility has one file in posix/ and one in win32/ that define the same
+// functions, and exactly one of the two sets is built, so callers never need a
+// conditional. Paths cross this interface as UTF-8; the Win32 backend turns
+// them into UTF-16 at the system call.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orva::platform {
+
+/// Full path of the module that holds this code (the addon itself, not the
+/// host process), or an empty string when the system cannot tell.
+std::string moduleFilePath();
+
+/// The separator that ends the directory part of moduleFilePath().
+char pathSeparator();
+
+/// Keeps this module loaded until the process ends, whoever unloads it:
+/// engine threads may run its code after the script that loaded it is gone.
+void pinThisModule();
+
+/// True when something exists at the path.
+bool pathExists(const std::string& utf8);
+
+/// Creates the directory together with every missing parent. Returns 0 on
+/// success, otherwise the system's error number; a path that already exists
+/// is an error, as it is for the Win32 shell call behind it.
+int createDirectories(const std::string& utf8);
+
+/// fopen with a UTF-8 path; null on failure.
+std::FILE* openFile(const std::string& utf8, const char* mode);
+
+/// True when the number is the handle of a live native window.
+bool isWindow(uint32_t handle);
+
+struct OsVersion {
+  uint32_t major;
+  uint32_t minor;
+  uint32_t build;
+};
+
+/// Version of the running system, read once per process. Systems without a
+/// comparable version number report 0.0.0.
+OsVersion osVersion();
+
+struct GraphicsAdapter {
+  /// The adapter's description as the system reports it, in narrow text.
+  std::string description;
+  /// The adapter's locally unique identifier, split as the system splits it.
+  uint32_t luidLow;
+  int32_t luidHigh;
+};
+
+/// The machine's graphics adapters in the system's order; empty where texture
+/// sharing with the engine is not available.
+std::vector<GraphicsAdapter> graphicsAdapters();
+
+/// A file time as a time on the system clock.
+std::chrono::system_clock::time_point toSystemClock(std::filesystem::file_time_type time);
+
+/// The broken-down local time of a moment, made safely while other threads
+/// may ask for times too.
+std::tm localTime(std::time_t moment);
+
+}  // namespace orva::platform

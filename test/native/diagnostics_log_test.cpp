@@ -1,0 +1,332 @@
+// The log directory on real temporary directories: naming, the clean-up by
+// age and by size, and the start-up steps that tie them together.
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <map>
+#include <sstream>
+
+#include "diagnostics/log_cleanup.h"
+#include "diagnostics/log_setup.h"
+#include "diagnostics/testing/temp_dir.h"
+
+namespace orva::diagnostics {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using testing::TempDir;
+
+// The clean-ups' "now": 2024-01-31 09:05:30 UTC. File ages are set from it.
+const std::chrono::system_clock::time_point kNow = std::chrono::system_clock::from_time_t(1706691930);
+
+struct Output {
+  std::ostringstream out;
+  std::ostringstream err;
+  Console console{out, err};
+};
+
+fs::path makeFile(const fs::path& path, std::chrono::system_clock::duration age, size_t size = 16) {
+  testing::writeFile(path, std::string(size, 'x'));
+  fs::last_write_time(path, fs::file_time_type::clock::from_sys(kNow - age));
+  return path;
+}
+
+// An entry that is a regular file to the clean-ups but cannot be opened for
+// writing, even by root: a link to a read-only kernel setting.
+fs::path makeUnopenable(const fs::path& path) {
+  fs::create_symlink("/proc/sys/kernel/ostype", path);
+  return path;
+}
+
+std::string deleting(std::initializer_list<fs::path> files) {
+  std::string lines;
+  for (const fs::path& file : files) {
+    lines += "Deleting: " + file.string() + "\n";
+  }
+  return lines;
+}
+
+// Binds a file over itself in a mount namespace of this process's own, so
+// that unlinking it fails (a mount point is busy) while it stays a regular
+// file that opens for reading and writing. The binding dies with the process.
+class PinnedFile {
+ public:
+  explicit PinnedFile(const fs::path& path) : path_(path) {
+    pinned_ = ::unshare(CLONE_NEWNS) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+              ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0;
+  }
+  ~PinnedFile() {
+    if (pinned_) {
+      ::umount(path_.c_str());
+    }
+  }
+  bool pinned() const { return pinned_; }
+
+ private:
+  fs::path path_;
+  bool pinned_ = false;
+};
+
+TEST(LogCleanupArithmetic, CutoffAndThresholdWrapLikeThe32BitOriginal) {
+  const LogTicks now{17'066'919'300'000'000};
+  const LogTicks hour{36'000'000'000};
+  EXPECT_EQ(ageCutoff(now, 0), now);
+  EXPECT_EQ(ageCutoff(now, 10), now - 240 * hour);
+  EXPECT_EQ(ageCutoff(now, 0xFFFF'FFFFu), now + 24 * hour);                           // a setting of -1
+  EXPECT_EQ(ageCutoff(now, 89'478'485u), now - LogTicks{3'522'434'745'161'793'536});  // 64-bit wrap
+
+  const std::pair<int32_t, uint64_t> thresholds[] = {
+      {0, 0},
+      {100, 104'857'600},
+      {2047, 2'146'435'072},
+      {2048, 0xFFFF'FFFF'8000'0000},  // negative in 32 bits: nothing is ever above it
+      {4096, 0},                      // wraps to zero: everything is above it
+      {4097, 1'048'576},
+      {-1, 0xFFFF'FFFF'FFF0'0000},
+  };
+  for (const auto& [mebibytes, bytes] : thresholds) {
+    EXPECT_EQ(sizeThresholdBytes(mebibytes), bytes) << mebibytes << " MiB";
+  }
+}
+
+TEST(LogFileName, AppendsLocalMinuteWithForwardSlash) {
+  const auto localTime = [](int year, int month, int day, int hour, int minute, int second) {
+    std::tm local{};
+    local.tm_year = year - 1900;
+    local.tm_mon = month - 1;
+    local.tm_mday = day;
+    local.tm_hour = hour;
+    local.tm_min = minute;
+    local.tm_sec = second;
+    return local;
+  };
+  const std::tm morning = localTime(2024, 1, 31, 9, 5, 59);
+  const std::tm lastMinute = localTime(1999, 12, 5, 23, 59, 0);
+  EXPECT_EQ(logFileName("/var/log/orva", morning), "/var/log/orva/orva_sdk_20240131_0905.log");
+  EXPECT_EQ(logFileName("C:\\logs", lastMinute), "C:\\logs/orva_sdk_19991205_2359.log");
+  EXPECT_EQ(logFileName("logs/", morning), "logs//orva_sdk_20240131_0905.log");
+}
+
+TEST(LogCleanup, ByAgeRemovesOldDeletableRegularFilesOnly) {
+  TempDir dir;
+  Output output;
+  const fs::path old = makeFile(dir / "orva_sdk_20240101_0000.log", 20 * 24h);
+  const fs::path oldOther = makeFile(dir / "notes.txt", 11 * 24h);
+  const fs::path young = makeFile(dir / "young.log", 9 * 24h);
+  const fs::path locked = makeUnopenable(dir / "locked.log");
+  fs::create_directory(dir / "sub");
+  const fs::path nested = makeFile(dir / "sub" / "nested.log", 20 * 24h);
+  fs::create_directory_symlink(dir / "sub", dir / "sublink");
+
+  cleanLogsByAge(dir.path().string(), 10, kNow, output.console);
+
+  EXPECT_FALSE(fs::exists(old));
+  EXPECT_FALSE(fs::exists(oldOther));
+  EXPECT_TRUE(fs::exists(young) && fs::is_symlink(locked) && fs::exists(nested) && fs::is_symlink(dir / "sublink"));
+  // Directory order is the system's: the two lines may come either way.
+  const std::string out = output.out.str();
+  EXPECT_TRUE(out == deleting({old, oldOther}) || out == deleting({oldOther, old})) << out;
+  EXPECT_EQ(output.err.str(), "No permission to delete: " + locked.string() + "\n");
+}
+
+TEST(LogCleanup, ByAgeWithZeroDaysKeepsOnlyFilesNotBeforeNow) {
+  TempDir dir;
+  Output output;
+  const fs::path past = makeFile(dir / "past.log", 1s);
+  const fs::path atNow = makeFile(dir / "now.log", 0s);
+  const fs::path future = makeFile(dir / "future.log", -1h);
+
+  cleanLogsByAge(dir.path().string(), 0, kNow, output.console);
+
+  EXPECT_EQ(output.out.str(), deleting({past}));
+  EXPECT_TRUE(!fs::exists(past) && fs::exists(atNow) && fs::exists(future));
+}
+
+TEST(LogCleanup, MissingDirectoryIsReportedNotThrown) {
+  TempDir dir;
+  const std::string missing = (dir / "missing").string();
+  Output output;
+  cleanLogsByAge(missing, 0, kNow, output.console);
+  cleanLogsBySize(missing, 0, output.console);
+  EXPECT_EQ(output.err.str(), "Directory does not exist: " + missing + "\nDirectory does not exist: " + missing + "\n");
+  EXPECT_EQ(output.out.str(), "");
+}
+
+TEST(LogCleanup, LinkToAFileOutsideIsRemovedButItsTargetKept) {
+  TempDir outside;
+  const fs::path target = makeFile(outside / "precious.log", 30 * 24h, 4096);
+  const auto targetTime = fs::last_write_time(target);
+  for (const bool bySize : {false, true}) {
+    TempDir dir;
+    Output output;
+    const fs::path link = dir / "link.log";
+    fs::create_symlink(target, link);
+    if (bySize) {
+      cleanLogsBySize(dir.path().string(), 0, output.console);
+    } else {
+      cleanLogsByAge(dir.path().string(), 10, kNow, output.console);
+    }
+    EXPECT_EQ(output.out.str(), deleting({link}));
+    EXPECT_FALSE(fs::is_symlink(link));
+    EXPECT_EQ(testing::readFile(target), std::string(4096, 'x'));
+    EXPECT_EQ(fs::last_write_time(target), targetTime);
+  }
+}
+
+TEST(LogCleanup, BySizeDeletesOldestFirstUntilNotAboveThreshold) {
+  const std::pair<uint64_t, int> cases[] = {
+      // threshold, how many of the four files go (oldest first)
+      {1000, 0}, {999, 1}, {700, 2}, {699, 3}, {0, 4}, {sizeThresholdBytes(2048), 0}, {sizeThresholdBytes(4096), 4},
+  };
+  for (const auto& [threshold, deleted] : cases) {
+    TempDir dir;
+    Output output;
+    // Made newest first, so that neither name nor creation order sorts them.
+    // Their sizes add up to 1000 bytes; nothing else in the directory counts.
+    const fs::path files[] = {makeFile(dir / "d.log", 1 * 24h, 400), makeFile(dir / "c.log", 2 * 24h, 300),
+                              makeFile(dir / "b.log", 3 * 24h, 200), makeFile(dir / "a.log", 4 * 24h, 100)};
+    const fs::path locked = makeUnopenable(dir / "locked.log");
+    fs::create_symlink("/dev/null", dir / "device.log");
+    fs::create_directory(dir / "sub");
+    makeFile(dir / "sub" / "big.log", 9 * 24h, 5000);
+
+    cleanLogsBySize(dir.path().string(), threshold, output.console);
+
+    std::string expected;
+    for (int i = 0; i < 4; ++i) {
+      const fs::path& file = files[3 - i];
+      EXPECT_EQ(fs::exists(file), i >= deleted) << file << " at threshold " << threshold;
+      expected += i < deleted ? deleting({file}) : "";
+    }
+    EXPECT_EQ(output.out.str(), expected) << "threshold " << threshold;
+    EXPECT_EQ(output.err.str(), "No permission to delete: " + locked.string() + "\n");
+    EXPECT_TRUE(fs::exists(dir / "sub" / "big.log"));
+  }
+}
+
+TEST(LogCleanup, BySizeFailureKeepsEarlierDeletionsAndThrows) {
+  TempDir dir;
+  Output output;
+  const fs::path a = makeFile(dir / "a.log", 4 * 24h);
+  const fs::path b = makeFile(dir / "b.log", 3 * 24h);
+  const fs::path pinned = makeFile(dir / "pinned.log", 2 * 24h);
+  const fs::path d = makeFile(dir / "d.log", 1 * 24h);
+  PinnedFile pin(pinned);
+  if (!pin.pinned()) {
+    GTEST_SKIP() << "this process may not make a mount namespace";
+  }
+
+  EXPECT_THROW(cleanLogsBySize(dir.path().string(), 0, output.console), fs::filesystem_error);
+
+  EXPECT_EQ(output.out.str(), deleting({a, b, pinned}));
+  EXPECT_TRUE(!fs::exists(a) && !fs::exists(b) && fs::exists(pinned) && fs::exists(d));
+}
+
+// Integer settings as the engine answers them, with a record of the keys and
+// defaults asked for.
+struct FakeSettings {
+  std::map<std::string, int> values;
+  std::vector<std::string> asked;
+
+  IntSetting reader() {
+    return [this](const char* key, int defaultValue) {
+      asked.push_back(std::string(key) + "=" + std::to_string(defaultValue));
+      const auto found = values.find(key);
+      return found == values.end() ? defaultValue : found->second;
+    };
+  }
+};
+
+TEST(PrepareLogDirectory, ConfiguresNothingWithoutADirectory) {
+  TempDir root;
+  testing::writeFile(root / "file", "");
+  const std::pair<std::string, std::string> cases[] = {
+      {"", ""},
+      {(root / "file" / "logs").string(), "SHCreateDirectoryExW faile: " + std::to_string(ENOTDIR) + "\n"},
+  };
+  for (const auto& [dir, err] : cases) {
+    FakeSettings settings{{{"orva.log.clear.enable", 1}}, {}};
+    Output output;
+    EXPECT_EQ(prepareLogDirectory(dir, settings.reader(), kNow, output.console), std::nullopt) << dir;
+    EXPECT_EQ(output.err.str(), err);
+    EXPECT_EQ(output.out.str(), "");
+    EXPECT_TRUE(settings.asked.empty());
+  }
+}
+
+TEST(PrepareLogDirectory, CreatesMissingParentsAndNamesFromLocalTime) {
+  ::setenv("TZ", "UTC0", 1);
+  ::tzset();
+  TempDir root;
+  FakeSettings settings;
+  Output output;
+  const std::string dir = (root / "a" / "b" / "logs").string();
+
+  EXPECT_EQ(prepareLogDirectory(dir, settings.reader(), kNow, output.console), dir + "/orva_sdk_20240131_0905.log");
+  EXPECT_TRUE(fs::is_directory(dir));
+  EXPECT_EQ(settings.asked, std::vector<std::string>{"orva.log.clear.enable=0"});
+  EXPECT_EQ(output.out.str() + output.err.str(), "");
+}
+
+TEST(PrepareLogDirectory, CleansByAgeThenBySizeOnlyWhenEnabled) {
+  const struct {
+    std::map<std::string, int> values;
+    std::vector<std::string> deleted;  // in output order
+  } cases[] = {
+      {{}, {}},
+      {{{"orva.log.clear.enable", 1}}, {"eleven-days.log"}},
+      {{{"orva.log.clear.enable", 1}, {"orva.log.size.threshold", 4096}},
+       {"eleven-days.log", "nine-days.log", "one-day.log"}},
+      // Any non-zero value enables; nothing is old enough or too big here.
+      {{{"orva.log.clear.enable", -1}, {"orva.log.expire.day", 30}, {"orva.log.size.threshold", 2048}}, {}},
+  };
+  for (const auto& c : cases) {
+    TempDir dir;
+    FakeSettings settings{c.values, {}};
+    Output output;
+    makeFile(dir / "eleven-days.log", 11 * 24h);
+    makeFile(dir / "nine-days.log", 9 * 24h);
+    makeFile(dir / "one-day.log", 24h);
+
+    EXPECT_TRUE(prepareLogDirectory(dir.path().string(), settings.reader(), kNow, output.console).has_value());
+
+    std::string expected;
+    for (const std::string& name : c.deleted) {
+      expected += deleting({dir / name});
+    }
+    EXPECT_EQ(output.out.str(), expected);
+    EXPECT_EQ(output.err.str(), "");
+    std::vector<std::string> asked{"orva.log.clear.enable=0"};
+    if (c.values.count("orva.log.clear.enable") != 0) {
+      asked.insert(asked.end(), {"orva.log.expire.day=10", "orva.log.size.threshold=100"});
+    }
+    EXPECT_EQ(settings.asked, asked);
+  }
+}
+
+TEST(PrepareLogDirectory, FailingCleanupIsReportedOnceAndLogStillNamed) {
+  TempDir dir;
+  const fs::path old = makeFile(dir / "old.log", 20 * 24h);
+  const fs::path a = makeFile(dir / "a.log", 3 * 24h);
+  const fs::path pinned = makeFile(dir / "pinned.log", 2 * 24h);
+  const fs::path d = makeFile(dir / "d.log", 1 * 24h);
+  PinnedFile pin(pinned);
+  if (!pin.pinned()) {
+    GTEST_SKIP() << "this process may not make a mount namespace";
+  }
+  FakeSettings settings{{{"orva.log.clear.enable", 1}, {"orva.log.size.threshold", 0}}, {}};
+  Output output;
+
+  EXPECT_TRUE(prepareLogDirectory(dir.path().string(), settings.reader(), kNow, output.console).has_value());
+
+  EXPECT_EQ(output.out.str(), deleting({old, a, pinned}));
+  EXPECT_EQ(output.err.str(), "Delete Orva Log Files failed\n");
+  EXPECT_TRUE(!fs::exists(old) && !fs::exists(a) && fs::exists(pinned) && fs::exists(d));
+}
+
+}  // namespace
+}  // namespace orva::diagnostics
