@@ -1,0 +1,6 @@
+#!/usr/bin/env bash
+# Runs the binding benchmarks against the addons of $ORVA_BUILD_DIR (default
+# build-bench) and prints their table. Build first: scripts/bench.sh does both.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+exec node --expose-gc "$here/bench.js" "${ORVA_BUILD_DIR:-build-bench}"

@@ -1,0 +1,103 @@
+#include "convert.h"
+
+#include <cstring>
+
+#include "generated_module.h"
+
+namespace orva::binding {
+namespace {
+
+constexpr int kWriteFlags = v8::String::NO_NULL_TERMINATION | v8::String::REPLACE_INVALID_UTF8;
+
+// The native buffer behind a proxy of `char` (or of `std::string` when
+// `acceptString`), or null when the value is no such proxy.
+const char* nativeText(v8::Local<v8::Value> value, bool acceptString, bool* isString) {
+  if (!value->IsObject()) return nullptr;
+  ProxyRecord* record = recordOf(value.As<v8::Object>());
+  if (record == nullptr) return nullptr;
+  const ModuleSpec& module = generated::moduleSpec();
+  *isString = false;
+  if (record->type == typeAt(module.charTypeIndex)) return static_cast<const char*>(record->ptr);
+  if (acceptString && record->type == typeAt(module.stringTypeIndex) && record->ptr != nullptr) {
+    *isString = true;
+    return static_cast<const std::string*>(record->ptr)->c_str();
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+int asCString(v8::Isolate* isolate, v8::Local<v8::Value> value, Utf8Arg* out) {
+  if (value->IsString()) {
+    v8::Local<v8::String> text = value.As<v8::String>();
+    int length = text->Length();
+    // One pass when the worst case (three bytes per UTF-16 unit) fits inline.
+    size_t capacity = static_cast<size_t>(length) * 3;
+    if (capacity >= sizeof out->inline_) {
+      capacity = static_cast<size_t>(text->Utf8Length(isolate));
+      out->data_ = capacity < sizeof out->inline_ ? out->inline_ : new char[capacity + 1];
+    } else {
+      out->data_ = out->inline_;
+    }
+    int written = text->WriteUtf8(isolate, out->data_, static_cast<int>(capacity), nullptr, kWriteFlags);
+    out->data_[written] = '\0';
+    return kOk;
+  }
+  if (value->IsNull()) {
+    out->data_ = nullptr;
+    return kOk;
+  }
+  bool isString = false;
+  if (const char* native = nativeText(value, false, &isString)) {
+    out->borrowed_ = out->data_ = const_cast<char*>(native);
+    return kOk;
+  }
+  return kTypeError;
+}
+
+int asStdString(v8::Isolate* isolate, v8::Local<v8::Value> value, std::string* out, bool* isNull) {
+  *isNull = false;
+  if (value->IsString()) {
+    v8::Local<v8::String> text = value.As<v8::String>();
+    out->resize(static_cast<size_t>(text->Utf8Length(isolate)));
+    text->WriteUtf8(isolate, out->data(), static_cast<int>(out->size()), nullptr, kWriteFlags);
+    return kOk;
+  }
+  if (value->IsNull()) {
+    *isNull = true;
+    return kOk;
+  }
+  bool isString = false;
+  if (const char* native = nativeText(value, true, &isString)) {
+    *out = native;
+    return kOk;
+  }
+  return kTypeError;
+}
+
+v8::Local<v8::Value> toScript(v8::Isolate* isolate, const char* text) {
+  if (text == nullptr) return v8::Undefined(isolate);
+  return v8::String::NewFromUtf8(isolate, text).ToLocalChecked();
+}
+
+v8::Local<v8::Value> toScript(v8::Isolate* isolate, const std::string& text) {
+  if (text.size() >= 2147483648u) return v8::Undefined(isolate);
+  return v8::String::NewFromUtf8(isolate, text.data(), v8::NewStringType::kNormal, static_cast<int>(text.size()))
+      .ToLocalChecked();
+}
+
+char* copyText(const char* text) {
+  if (text == nullptr) return nullptr;
+  size_t size = std::strlen(text) + 1;
+  char* copy = new char[size];
+  std::memcpy(copy, text, size);
+  return copy;
+}
+
+void disownArgument(v8::Local<v8::Value> value) {
+  if (value->IsObject()) {
+    if (ProxyRecord* record = recordOf(value.As<v8::Object>())) convertRecord(record, nullptr, nullptr, kDisown);
+  }
+}
+
+}  // namespace orva::binding

@@ -1,0 +1,42 @@
+#include "errors.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace orva::binding {
+
+void throwError(v8::Isolate* isolate, const char* message, size_t length) {
+  v8::Local<v8::String> text =
+      v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, static_cast<int>(length))
+          .ToLocalChecked();
+  isolate->ThrowException(v8::Exception::Error(text));
+}
+
+void throwError(v8::Isolate* isolate, const char* message) { throwError(isolate, message, std::strlen(message)); }
+
+void readOnlySetter(v8::Local<v8::Name> property, v8::Local<v8::Value> /*value*/,
+                    const v8::PropertyCallbackInfo<void>& info) {
+  v8::Isolate* isolate = info.GetIsolate();
+  // The name is written through a bounded buffer: at most 256 bytes of it.
+  char name[257];
+  char message[320];
+  v8::Local<v8::String> text;
+  if (property->IsString() && property->ToString(isolate->GetCurrentContext()).ToLocal(&text)) {
+    int written = text->WriteUtf8(isolate, name, 256, nullptr,
+                                  v8::String::NO_NULL_TERMINATION | v8::String::REPLACE_INVALID_UTF8);
+    name[written] = '\0';
+    int length = std::snprintf(message, sizeof message, "Tried to write read-only variable: %s.", name);
+    if (length > 0 && static_cast<size_t>(length) < sizeof message) {
+      throwError(isolate, message, static_cast<size_t>(length));
+      return;
+    }
+  }
+  throwError(isolate, "Tried to write read-only variable.");
+}
+
+void throwNotInstantiable(const v8::FunctionCallbackInfo<v8::Value>& info) {
+  auto* message = static_cast<const char*>(info.Data().As<v8::External>()->Value());
+  throwError(info.GetIsolate(), message);
+}
+
+}  // namespace orva::binding

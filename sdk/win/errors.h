@@ -1,0 +1,25 @@
+// Script errors raised by wrappers: always a plain `Error` with a fixed text,
+// thrown on the current isolate. Building the exception is the cold path of
+// every wrapper, so it lives out of line.
+#pragma once
+
+#include <v8.h>
+
+#include <cstddef>
+
+namespace orva::binding {
+
+/// Throws `Error(message)`; the message is UTF-8 and taken whole.
+[[gnu::cold]] void throwError(v8::Isolate* isolate, const char* message);
+[[gnu::cold]] void throwError(v8::Isolate* isolate, const char* message, size_t length);
+
+/// Setter of every constant: assignment throws
+/// "Tried to write read-only variable: <name>." and changes nothing.
+void readOnlySetter(v8::Local<v8::Name> property, v8::Local<v8::Value> value,
+                    const v8::PropertyCallbackInfo<void>& info);
+
+/// Call handler of classes that script cannot construct; the handler data
+/// holds the class's "Class <name> can not be instantiated" text.
+void throwNotInstantiable(const v8::FunctionCallbackInfo<v8::Value>& info);
+
+}  // namespace orva::binding

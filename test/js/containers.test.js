@@ -1,0 +1,52 @@
+'use strict';
+// StringMap, ScreenVector and WindowVector.
+const test = require('node:test');
+const assert = require('node:assert/strict');
+const { orva, thrown } = require('./lib/orva');
+
+test('StringMap', () => {
+  const map = new orva.StringMap();
+  assert.equal(map.empty(), true);
+  map.set('b', '2');
+  map.set('a', '1');
+  map.set('a', 'one');
+  assert.deepEqual([map.size(), map.get('a'), map.has_key('b'), map.has_key('z'), map.empty()], [2, 'one', true, false, false]);
+  assert.equal(thrown(() => map.del('z')), 'key not found');
+  assert.equal(map.size(), 2, 'a failed del leaves the map alone');
+  const copy = new orva.StringMap(map);
+  map.del('a');
+  assert.deepEqual([map.size(), copy.size(), copy.get('a')], [1, 2, 'one']);
+  map.clear();
+  assert.equal(map.size(), 0);
+  assert.equal(thrown(() => new orva.StringMap(5)),
+    "in method 'new_StringMap', argument 1 of type 'std::map< std::string,std::string > const &'");
+  assert.equal(thrown(() => map.get(1)), "in method 'StringMap_get', argument 2 of type 'std::string const &'");
+});
+
+for (const [vectorType, elementType, key] of [['ScreenVector', 'Screen', 'name'], ['WindowVector', 'Window', 'title']]) {
+  test(vectorType, () => {
+    const vector = new orva[vectorType]();
+    assert.equal(vector.isEmpty(), true);
+    const item = new orva[elementType]();
+    item[key] = 'first';
+    vector.add(item);
+    item[key] = 'second';
+    vector.add(item);
+    assert.deepEqual([vector.size(), vector.get(0)[key], vector.get(1)[key]], [2, 'first', 'second']);
+    vector.get(0)[key] = 'changed';
+    assert.equal(vector.get(0)[key], 'changed', 'an element proxy writes into the vector');
+    assert.equal(vector.get(4294967296)[key], 'changed', 'the index keeps its low 32 bits');
+    for (const index of [-1, 2]) assert.equal(thrown(() => vector.get(index)), 'vector index out of range');
+    assert.equal(thrown(() => vector.set(2, item)), 'vector index out of range');
+    vector.set(1, item);
+    vector.reserve(10);
+    assert.ok(vector.capacity() >= 10);
+    assert.equal(thrown(() => vector.reserve(-1)),
+      `in method '${vectorType}_reserve', argument 2 of type 'std::vector< Orva::Rtc::${elementType} >::size_type'`);
+    assert.equal(new orva[vectorType](3).size(), 3);
+    assert.equal(new orva[vectorType](vector).size(), 2);
+    assert.equal(thrown(() => new orva[vectorType]('x', 1)), `Illegal arguments for construction of _exports_${vectorType}`);
+    vector.clear();
+    assert.equal(vector.size(), 0);
+  });
+}
