@@ -1,0 +1,62 @@
+// The queue between the engine's threads and the script thread.
+//
+// Engine threads push; the script thread pops one event per lock hold and
+// is woken through a wake function once one is attached. Events pushed
+// before that wait in the queue; events pushed after `close` are dropped.
+#pragma once
+
+#include <uv.h>
+
+#include <atomic>
+#include <cstddef>
+#include <deque>
+
+#include "pending_event.h"
+
+namespace orva::bridge {
+
+class EventQueue {
+ public:
+  /// Wakes the consumer; called on the pushing thread after the unlock.
+  using Wake = void (*)(void* context);
+
+  EventQueue();
+  ~EventQueue();
+  EventQueue(const EventQueue&) = delete;
+  EventQueue& operator=(const EventQueue&) = delete;
+
+  /// Any thread. Appends `event` and wakes the consumer, if one is attached.
+  /// Answers false (and drops the event) once the queue is closed.
+  bool push(PendingEvent&& event);
+
+  /// Consumer. Moves the front event into `out`; false when empty.
+  bool pop(PendingEvent& out);
+
+  /// Consumer. Whether the queue looks empty, without taking the lock.
+  bool empty() const { return size_.load(std::memory_order_acquire) == 0; }
+
+  /// Consumer. Routes wake-ups to `wake(context)` from now on and wakes at
+  /// once when events are already waiting.
+  void attach(Wake wake, void* context);
+
+  /// Consumer. Drops every waiting and later event, and returns once no
+  /// thread is inside a wake any more, so that the wake target may go away.
+  void close();
+
+  /// Consumer. Accepts events again after `close`.
+  void reopen();
+
+ private:
+  mutable uv_mutex_t mutex_;
+  // Guarded by mutex_.
+  std::deque<PendingEvent> events_;
+  Wake wake_ = nullptr;
+  void* context_ = nullptr;
+  bool closed_ = false;
+  // Mirrors events_.size() for `empty`; written under mutex_.
+  std::atomic<size_t> size_{0};
+  // Pushing threads between their unlock and the end of their wake.
+  std::atomic<int> waking_{0};
+};
+
+}  // namespace orva::bridge
