@@ -14,7 +14,7 @@ echo "== TypeScript declarations"
 npx --no-install tsc -p test/ts
 
 echo "== event queue under ThreadSanitizer"
-configure build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVA_SANITIZE=thread
+configure build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" -DORVA_SANITIZE=thread
 cmake --build build-tsan --parallel "$JOBS" --target bridge_queue_tests
 TSAN_OPTIONS=halt_on_error=1 build-tsan/bridge_queue_tests
 
