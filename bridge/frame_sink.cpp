@@ -9,17 +9,17 @@ FrameSink::FrameSink(Log log) : log_(log) { uv_mutex_init_recursive(&mutex_); }
 
 FrameSink::~FrameSink() { uv_mutex_destroy(&mutex_); }
 
-FrameSink::Offer FrameSink::offer(const Orva::Rtc::VideoFrame* frame) {
-  if (frame == nullptr || (frame->data == nullptr && frame->share_handle == 0)) return Offer::kIgnored;
+FrameSink::Offer FrameSink::offer(const FrameView& frame) {
+  if (frame.data == nullptr && frame.textureHandle == 0) return Offer::kIgnored;
   if (uv_mutex_trylock(&mutex_) != 0) return Offer::kDropped;
   Offer result = Offer::kTexture;
-  if (frame->data != nullptr) {
-    bool fits = renderBuffer != nullptr && renderBufferSize != 0 && renderWidth == frame->width &&
-                renderHeight == frame->height && frame->size >= 0 &&
-                static_cast<uint64_t>(frame->size) <= renderBufferSize;
+  if (frame.data != nullptr) {
+    bool fits = renderBuffer != nullptr && renderBufferSize != 0 && renderWidth == frame.width &&
+                renderHeight == frame.height && frame.size >= 0 &&
+                static_cast<uint64_t>(frame.size) <= renderBufferSize;
     if (fits) {
       // One block, planes and strides as the engine laid them out.
-      std::memcpy(renderBuffer, frame->data, static_cast<size_t>(frame->size));
+      std::memcpy(renderBuffer, frame.data, static_cast<size_t>(frame.size));
       frameValid = 1;
       result = Offer::kCopied;
     } else {
@@ -27,7 +27,7 @@ FrameSink::Offer FrameSink::offer(const Orva::Rtc::VideoFrame* frame) {
       std::snprintf(message, sizeof message,
                     "OnOrvaEngineVideoFrame:jswidth:%d, jsheight:%d, jssize:%d, width:%d, height:%d, size:%d",
                     renderWidth, renderHeight, static_cast<int>(static_cast<uint32_t>(renderBufferSize)),
-                    frame->width, frame->height, frame->size);
+                    frame.width, frame.height, frame.size);
       log_(message);
       frameValid = 0;
       result = Offer::kRefused;

@@ -11,9 +11,16 @@
 #include <cstdint>
 #include <string>
 
-#include "orva/records.h"
-
 namespace orva::bridge {
+
+/// What the sink reads of an engine frame.
+struct FrameView {
+  const void* data = nullptr;
+  int32_t size = 0;
+  int32_t width = 0;
+  int32_t height = 0;
+  uint64_t textureHandle = 0;
+};
 
 class FrameSink {
  public:
@@ -35,7 +42,7 @@ class FrameSink {
 
   /// Engine thread. Copies the frame's pixels into the buffer when the buffer
   /// is registered for the frame's width and height and holds its size.
-  Offer offer(const Orva::Rtc::VideoFrame* frame);
+  Offer offer(const FrameView& frame);
 
   /// Script thread. Blocking and re-entrant: a frame handler may register a
   /// buffer while the drain holds the lock around it.

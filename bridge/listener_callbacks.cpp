@@ -295,9 +295,9 @@ void OrvaEngineEventHandler::OnAudioEvent(AudioEvent audioEvent) { emit(event("O
 // --- Face 8 ------------------------------------------------------------------
 
 void OrvaEngineEventHandler::OnVideoFrame(VideoFrame* frame) {
-  if (!state) return;
+  if (!state || frame == nullptr) return;
   using Offer = orva::bridge::FrameSink::Offer;
-  Offer offer = state->frames.offer(frame);
+  Offer offer = state->frames.offer({frame->data, frame->size, frame->width, frame->height, frame->share_handle});
   if (offer == Offer::kIgnored || offer == Offer::kDropped) return;
   PendingEvent pending = event("OnVideoFrame");
   pending.frameType = frame->type;

@@ -83,7 +83,7 @@ void setCallback(const v8::FunctionCallbackInfo<v8::Value>& info) {
   Orva::Rtc::OrvaEngineEventHandler* events = wrapper->eventHandler();
   events->scriptLink = isolate;
   if (events->state) bindScript(*events->state, isolate, handler);
-  wrapper->adoptEngine(Orva::Rtc::OrvaEngine::SDK());
+  if (wrapper->getSDK() == nullptr) wrapper->adoptEngine(Orva::Rtc::OrvaEngine::SDK());
 }
 
 void setVideoFrameRenderBuffer(const v8::FunctionCallbackInfo<v8::Value>& info) {

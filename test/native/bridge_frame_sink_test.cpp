@@ -20,14 +20,13 @@ void collect(const char* message) { logged().emplace_back(message); }
 
 struct Frame {
   explicit Frame(int width, int height, int size, uint8_t fill) : pixels(static_cast<size_t>(size), fill) {
-    frame.type = Orva::Rtc::kI420;
     frame.width = width;
     frame.height = height;
     frame.size = size;
     frame.data = pixels.data();
   }
   std::vector<uint8_t> pixels;
-  Orva::Rtc::VideoFrame frame;
+  FrameView frame;
 };
 
 class FrameSinkTest : public ::testing::Test {
@@ -67,7 +66,7 @@ TEST_F(FrameSinkTest, CopiesOnlyFramesThatFit) {
     registerBuffer(4, 2, 12);
     Frame frame(c.width, c.height, c.size < 0 ? 1 : c.size, 0x11);
     frame.frame.size = c.size;
-    EXPECT_EQ(sink.offer(&frame.frame), c.expected) << c.label;
+    EXPECT_EQ(sink.offer(frame.frame), c.expected) << c.label;
     EXPECT_EQ(sink.frameValid, c.expected == FrameSink::Offer::kCopied ? 1 : 0) << c.label;
   }
 }
@@ -76,7 +75,7 @@ TEST_F(FrameSinkTest, CopiesOnlyFramesThatFit) {
 TEST_F(FrameSinkTest, SmallerFramesGoToTheStart) {
   registerBuffer(4, 2, 12);
   Frame frame(4, 2, 8, 0x11);
-  ASSERT_EQ(sink.offer(&frame.frame), FrameSink::Offer::kCopied);
+  ASSERT_EQ(sink.offer(frame.frame), FrameSink::Offer::kCopied);
   EXPECT_EQ(std::vector<uint8_t>(buffer.begin(), buffer.begin() + 8), std::vector<uint8_t>(8, 0x11));
   EXPECT_EQ(std::vector<uint8_t>(buffer.begin() + 8, buffer.end()), std::vector<uint8_t>(4, 0xEE));
 }
@@ -85,7 +84,7 @@ TEST_F(FrameSinkTest, SmallerFramesGoToTheStart) {
 TEST_F(FrameSinkTest, LogsRefusals) {
   registerBuffer(4, 2, 12);
   Frame frame(6, 2, 18, 0x11);
-  ASSERT_EQ(sink.offer(&frame.frame), FrameSink::Offer::kRefused);
+  ASSERT_EQ(sink.offer(frame.frame), FrameSink::Offer::kRefused);
   ASSERT_EQ(logged().size(), 1u);
   EXPECT_EQ(logged()[0], "OnOrvaEngineVideoFrame:jswidth:4, jsheight:2, jssize:12, width:6, height:2, size:18");
   EXPECT_EQ(buffer, std::vector<uint8_t>(12, 0xEE));
@@ -94,22 +93,20 @@ TEST_F(FrameSinkTest, LogsRefusals) {
 // Test that without a buffer every frame is refused and logged.
 TEST_F(FrameSinkTest, RefusesWithoutABuffer) {
   Frame frame(4, 2, 12, 0x11);
-  EXPECT_EQ(sink.offer(&frame.frame), FrameSink::Offer::kRefused);
+  EXPECT_EQ(sink.offer(frame.frame), FrameSink::Offer::kRefused);
   EXPECT_EQ(logged().size(), 1u);
 }
 
 // Test frames without pixels: ignored, or a texture that leaves the buffer
 // and its validity alone.
 TEST_F(FrameSinkTest, TexturesAndEmptyFrames) {
-  EXPECT_EQ(sink.offer(nullptr), FrameSink::Offer::kIgnored);
-  Orva::Rtc::VideoFrame empty;
-  EXPECT_EQ(sink.offer(&empty), FrameSink::Offer::kIgnored);
+  EXPECT_EQ(sink.offer(FrameView{}), FrameSink::Offer::kIgnored);
   registerBuffer(4, 2, 12);
   Frame copied(4, 2, 12, 0x22);
-  ASSERT_EQ(sink.offer(&copied.frame), FrameSink::Offer::kCopied);
-  Orva::Rtc::VideoFrame texture;
-  texture.share_handle = 0x1234;
-  EXPECT_EQ(sink.offer(&texture), FrameSink::Offer::kTexture);
+  ASSERT_EQ(sink.offer(copied.frame), FrameSink::Offer::kCopied);
+  FrameView texture;
+  texture.textureHandle = 0x1234;
+  EXPECT_EQ(sink.offer(texture), FrameSink::Offer::kTexture);
   EXPECT_EQ(sink.frameValid, 1);
   EXPECT_TRUE(logged().empty());
 }
@@ -122,13 +119,13 @@ TEST_F(FrameSinkTest, DropsFramesWhileTheLockIsHeld) {
   sink.lock();
   Frame frame(4, 2, 12, 0x33);
   FrameSink::Offer offered = FrameSink::Offer::kIgnored;
-  std::thread engine([&] { offered = sink.offer(&frame.frame); });
+  std::thread engine([&] { offered = sink.offer(frame.frame); });
   engine.join();
   EXPECT_EQ(offered, FrameSink::Offer::kDropped);
   EXPECT_EQ(buffer, std::vector<uint8_t>(12, 0xEE));
   sink.unlock();
   sink.unlock();
-  std::thread later([&] { offered = sink.offer(&frame.frame); });
+  std::thread later([&] { offered = sink.offer(frame.frame); });
   later.join();
   EXPECT_EQ(offered, FrameSink::Offer::kCopied);
 }

@@ -1,0 +1,120 @@
+'use strict';
+// Frames land in the buffer that script registered; the event carries the
+// metadata and whether this frame was copied.
+const test = require('node:test');
+const assert = require('node:assert/strict');
+const { orva, control, collect } = require('./lib/orva');
+const { startRecording } = require('./lib/events');
+
+const recorder = startRecording();
+const engine = recorder.engine;
+
+// The handler's frame face is registered with the engine by startTranscoding.
+engine.startTranscoding(new orva.LocalMediaTranscodingParams());
+engine.stopTranscoding();
+
+async function deliver(frame) {
+  await recorder.settle();
+  assert.equal(control().deliverFrame(frame), true);
+  const [event] = await recorder.until(1);
+  return event;
+}
+
+function register(buffer, width, height, extra = {}) {
+  engine.setVideoFrameRenderBuffer({ buffer, id: 42, userId: 'viewer', width, height, ...extra });
+}
+
+const logTail = (count) => control().logLines().slice(-count);
+
+test('a frame that fits is copied and its event carries the metadata in order', async () => {
+  const buffer = Buffer.alloc(12);
+  register(buffer, 4, 2);
+  assert.deepEqual(logTail(1), ['setVideoFrameRenderBuffer:width:4, height:2, size:12']);
+  const pixels = Buffer.from([1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12]);
+  const event = await deliver({ width: 4, height: 2, data: pixels, strideY: 4, strideU: 2, strideV: 2, extra: 77 });
+  assert.deepEqual(event.slice(0, 6), ['OnVideoFrame', 0, 0, 0, '', '']);
+  const payload = event[6];
+  assert.deepEqual(Object.keys(payload), ['type', 'data', 'id', 'userId', 'valid', 'size', 'width', 'height',
+    'strideY', 'strideU', 'strideV', 'dataY', 'dataU', 'dataV', 'extra', 'handle']);
+  assert.deepEqual({ ...payload, data: undefined, dataY: undefined, dataU: undefined, dataV: undefined }, {
+    type: orva.kI420, data: undefined, id: 42, userId: 'viewer', valid: true, size: 12, width: 4, height: 2,
+    strideY: 4, strideU: 2, strideV: 2, dataY: undefined, dataU: undefined, dataV: undefined, extra: 77, handle: 0,
+  });
+  assert.ok(Buffer.isBuffer(payload.data) && payload.data.length === 0);
+  for (const view of [payload.dataY, payload.dataU, payload.dataV]) {
+    assert.ok(view instanceof Uint8Array && view.length === 0 && view.buffer.byteLength === 0);
+  }
+  assert.deepEqual(buffer, pixels);
+});
+
+test('frames that do not fit are not copied, and the mismatch is logged', async () => {
+  const cases = [
+    ['another width', { width: 6, height: 2, size: 12 }, 'jswidth:4, jsheight:2, jssize:12, width:6, height:2, size:12'],
+    ['another height', { width: 4, height: 3, size: 12 }, 'jswidth:4, jsheight:2, jssize:12, width:4, height:3, size:12'],
+    ['larger than the buffer', { width: 4, height: 2, size: 16 }, 'jswidth:4, jsheight:2, jssize:12, width:4, height:2, size:16'],
+  ];
+  for (const [label, frame, message] of cases) {
+    const buffer = Buffer.alloc(12, 0xee);
+    register(buffer, 4, 2);
+    control().clearLogLines();
+    const event = await deliver({ ...frame, data: Buffer.alloc(frame.size, 1) });
+    assert.equal(event[6].valid, false, label);
+    assert.deepEqual(buffer, Buffer.alloc(12, 0xee), `${label}: the buffer is untouched`);
+    assert.deepEqual(control().logLines(), [`OnOrvaEngineVideoFrame:${message}`], label);
+  }
+});
+
+test('a smaller frame is copied to the start and the rest keeps its bytes', async () => {
+  const buffer = Buffer.alloc(12, 0xee);
+  register(buffer, 4, 2);
+  const event = await deliver({ width: 4, height: 2, size: 8, data: Buffer.alloc(8, 5) });
+  assert.equal(event[6].valid, true);
+  assert.deepEqual(buffer, Buffer.concat([Buffer.alloc(8, 5), Buffer.alloc(4, 0xee)]));
+});
+
+test('a texture-only frame arrives as a texture event and leaves the buffer alone', async () => {
+  const buffer = Buffer.alloc(12);
+  register(buffer, 4, 2);
+  await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 3) });
+  const event = await deliver({ width: 4, height: 2, size: 0, data: null, handle: 0x1234 });
+  assert.equal(event[0], 'OnVideoFrameTexture');
+  assert.equal(event[6].handle, 0x1234);
+  assert.equal(event[6].valid, true, 'validity of the last copied frame stays');
+  assert.deepEqual(buffer, Buffer.alloc(12, 3));
+});
+
+test('clearing the registration makes later frames invalid', async () => {
+  const buffer = Buffer.alloc(12);
+  register(buffer, 4, 2);
+  control().clearLogLines();
+  engine.setVideoFrameRenderBuffer(undefined);
+  assert.deepEqual(control().logLines(), ['setVideoFrameRenderBuffer:videoBufferObj invalid']);
+  const event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 9) });
+  assert.equal(event[6].valid, false);
+  assert.deepEqual(buffer, Buffer.alloc(12));
+  assert.deepEqual(logTail(1), ['OnOrvaEngineVideoFrame:jswidth:4, jsheight:2, jssize:0, width:4, height:2, size:12']);
+  engine.setVideoFrameRenderBuffer(null);
+  assert.deepEqual(logTail(1), ['setVideoFrameRenderBuffer:videoBufferObj invalid']);
+});
+
+test('a frame handler may register another buffer while it holds the frame', async () => {
+  const first = Buffer.alloc(12);
+  const second = Buffer.alloc(24);
+  register(first, 4, 2);
+  recorder.onEvent = ([name]) => {
+    if (name === 'OnVideoFrame') register(second, 4, 4);
+  };
+  await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 1) });
+  recorder.onEvent = null;
+  const event = await deliver({ width: 4, height: 4, data: Buffer.alloc(24, 2) });
+  assert.equal(event[6].valid, true);
+  assert.deepEqual(first, Buffer.alloc(12, 1));
+  assert.deepEqual(second, Buffer.alloc(24, 2));
+});
+
+test('the registered buffer stays alive while the engine may write into it', async () => {
+  register(Buffer.alloc(12), 4, 2);
+  await collect();
+  const event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 4) });
+  assert.equal(event[6].valid, true);
+});
