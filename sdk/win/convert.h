@@ -64,6 +64,20 @@ inline int asUInt64(v8::Local<v8::Value> value, uint64_t* out) {
   return kOk;
 }
 
+/// The most elements a container made or grown from script may hold: more
+/// could not be allocated, and an allocation failure must not end the process.
+inline constexpr uint64_t kMaxElementCount = uint64_t{1} << 20;
+
+/// A number of elements: a size (as `asUInt64`) of at most kMaxElementCount.
+inline int asCount(v8::Local<v8::Value> value, uint64_t* out) {
+  uint64_t count = 0;
+  int result = asUInt64(value, &count);
+  if (result < 0) return result;
+  if (count > kMaxElementCount) return kOverflow;
+  *out = count;
+  return kOk;
+}
+
 inline int asDouble(v8::Local<v8::Value> value, double* out) {
   if (!value->IsNumber()) return kTypeError;
   *out = value.As<v8::Number>()->Value();

@@ -44,6 +44,13 @@ for (const [vectorType, elementType, key] of [['ScreenVector', 'Screen', 'name']
     assert.equal(thrown(() => vector.reserve(-1)),
       `in method '${vectorType}_reserve', argument 2 of type 'std::vector< Orva::Rtc::${elementType} >::size_type'`);
     assert.equal(new orva[vectorType](3).size(), 3);
+    for (const count of [2 ** 21, 2 ** 31, 2 ** 53]) {
+      const type = `'std::vector< Orva::Rtc::${elementType} >::size_type'`;
+      assert.equal(thrown(() => vector.reserve(count)), `in method '${vectorType}_reserve', argument 2 of type ${type}`);
+      // The last constructor tried (the copy) names its own argument.
+      assert.equal(thrown(() => new orva[vectorType](count)),
+        `in method 'new_${vectorType}', argument 1 of type 'std::vector< Orva::Rtc::${elementType} > const &'`);
+    }
     assert.equal(new orva[vectorType](vector).size(), 2);
     assert.equal(thrown(() => new orva[vectorType]('x', 1)), `Illegal arguments for construction of _exports_${vectorType}`);
     vector.clear();

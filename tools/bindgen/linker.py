@@ -20,6 +20,8 @@ _PRIMITIVES = {
     "int64_t": ("int64", "int64_t"),
     "uint32_t": ("uint32", "uint32_t"), "unsigned long": ("uint32", "uint32_t"),
     "uint64_t": ("uint64", "uint64_t"), "size_t": ("uint64", "size_t"),
+    # A number of elements a container is to hold: a size, capped at what can be allocated.
+    "element_count": ("count", "size_t"),
     "double": ("double", "double"), "float": ("float", "float"), "bool": ("bool", "bool"),
     "void": ("void", "void"),
 }

@@ -41,7 +41,8 @@ class Context:
 
 _NUMERIC = {
     "int": ("int32_t", "asInt"), "enum": ("int32_t", "asInt"), "int64": ("int64_t", "asInt64"),
-    "uint32": ("uint32_t", "asUInt32"), "uint64": ("uint64_t", "asUInt64"), "double": ("double", "asDouble"),
+    "uint32": ("uint32_t", "asUInt32"), "uint64": ("uint64_t", "asUInt64"), "count": ("uint64_t", "asCount"),
+    "double": ("double", "asDouble"),
     "float": ("float", "asFloat"), "bool": ("bool", "asBool"),
 }
 

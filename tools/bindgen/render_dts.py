@@ -32,7 +32,7 @@ class Types:
 
     def param(self, ref: TypeRef) -> str:
         kind = ref.kind
-        if kind in ("int", "int64", "uint32", "uint64", "double", "float"):
+        if kind in ("int", "int64", "uint32", "uint64", "count", "double", "float"):
             return "number"
         if kind == "enum":
             return self.enum_name(ref.cpp)
