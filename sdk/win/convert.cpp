@@ -15,7 +15,7 @@ const char* nativeText(v8::Local<v8::Value> value, bool acceptString, bool* isSt
   if (!value->IsObject()) return nullptr;
   ProxyRecord* record = recordOf(value.As<v8::Object>());
   if (record == nullptr) return nullptr;
-  const ModuleSpec& module = generated::moduleSpec();
+  const Surface& module = generated::surface();
   *isString = false;
   if (record->type == typeAt(module.charTypeIndex)) return static_cast<const char*>(record->ptr);
   if (acceptString && record->type == typeAt(module.stringTypeIndex) && record->ptr != nullptr) {

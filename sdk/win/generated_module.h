@@ -7,6 +7,6 @@
 namespace orva::generated {
 
 /// Classes and constants in registration order, and the module's type table.
-const binding::ModuleSpec& moduleSpec();
+const binding::Surface& surface();
 
 }  // namespace orva::generated

@@ -37,11 +37,11 @@ constexpr const char* kOtherThreadMessage =
     "orvaEngine is already in use by another JavaScript thread of this process; "
     "load it from one thread at a time";
 
-const ModuleSpec& spec() { return generated::moduleSpec(); }
+const Surface& surface() { return generated::surface(); }
 
 // Forgets every class's templates; they are built again on first use.
 void forgetClasses() {
-  const ModuleSpec& module = spec();
+  const Surface& module = surface();
   for (size_t i = 0; i < module.classCount; ++i) {
     ClassClientData* data = module.classes[i].clientData;
     data->classTemplate.Reset();
@@ -79,7 +79,7 @@ struct Templates {
 
 // The templates of one class: the class template with its members,
 // inheriting `base`, and the class object's template with its statics.
-Templates makeTemplates(v8::Isolate* isolate, const ClassSpec& cls, v8::Local<v8::FunctionTemplate> base) {
+Templates makeTemplates(v8::Isolate* isolate, const ClassEntry& cls, v8::Local<v8::FunctionTemplate> base) {
   v8::Local<v8::FunctionTemplate> classTemplate = newClassTemplate(isolate, cls.templateName);
   for (size_t m = 0; m < cls.methodCount; ++m) {
     addMethod(isolate, classTemplate, cls.methods[m].name, cls.methods[m].callback);
@@ -104,9 +104,9 @@ Templates makeTemplates(v8::Isolate* isolate, const ClassSpec& cls, v8::Local<v8
 
 // Templates for exports of an earlier initialisation, made apart from the
 // latest ones.
-Templates staleTemplates(v8::Isolate* isolate, const ClassSpec& cls) {
+Templates staleTemplates(v8::Isolate* isolate, const ClassEntry& cls) {
   v8::Local<v8::FunctionTemplate> base;
-  if (cls.baseIndex >= 0) base = staleTemplates(isolate, spec().classes[cls.baseIndex]).classTemplate;
+  if (cls.baseIndex >= 0) base = staleTemplates(isolate, surface().classes[cls.baseIndex]).classTemplate;
   return makeTemplates(isolate, cls, base);
 }
 
@@ -115,7 +115,7 @@ Templates staleTemplates(v8::Isolate* isolate, const ClassSpec& cls) {
 void classGetter(v8::Local<v8::Name> /*property*/, const v8::PropertyCallbackInfo<v8::Value>& info) {
   v8::Isolate* isolate = info.GetIsolate();
   uint32_t data = info.Data().As<v8::Uint32>()->Value();
-  const ClassSpec& cls = spec().classes[data & 0xff];
+  const ClassEntry& cls = surface().classes[data & 0xff];
   v8::Local<v8::FunctionTemplate> constructor;
   if ((data >> 8) == gGeneration) {
     buildClass(isolate, *cls.clientData);
@@ -144,10 +144,10 @@ void useDictionaryProperties(v8::Local<v8::Context> context, v8::Local<v8::Objec
 
 void buildClass(v8::Isolate* isolate, ClassClientData& data) {
   if (!data.classTemplate.IsEmpty()) return;
-  const ClassSpec& cls = *data.spec;
+  const ClassEntry& cls = *data.entry;
   v8::Local<v8::FunctionTemplate> base;
   if (cls.baseIndex >= 0) {
-    ClassClientData& baseData = *spec().classes[cls.baseIndex].clientData;
+    ClassClientData& baseData = *surface().classes[cls.baseIndex].clientData;
     buildClass(isolate, baseData);
     base = baseData.classTemplate.Get(isolate);
   }
@@ -161,7 +161,7 @@ void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> /*module*/, 
                 void* /*priv*/) {
   v8::Isolate* isolate = context->GetIsolate();
   if (!claim(isolate)) return throwError(isolate, kOtherThreadMessage);
-  const ModuleSpec& module = spec();
+  const Surface& module = surface();
   check(module.classCount <= 0xff, "a class index fits the low byte of a class getter's data");
 
   // The type table, attached to this context.
@@ -175,8 +175,8 @@ void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> /*module*/, 
   forgetClasses();
   gGeneration += 1;
   for (size_t i = 0; i < module.classCount; ++i) {
-    const ClassSpec& cls = module.classes[i];
-    cls.clientData->spec = &cls;
+    const ClassEntry& cls = module.classes[i];
+    cls.clientData->entry = &cls;
     cls.clientData->finalizer = cls.finalizer;
     TypeDescriptor* type = typeAt(cls.typeIndex);
     if (type->clientdata == nullptr) type->clientdata = cls.clientData;

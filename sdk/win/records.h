@@ -70,7 +70,7 @@ struct ModuleTypeTable {
 /// Weak-callback finaliser of one class.
 using Finalizer = void (*)(const v8::WeakCallbackInfo<ProxyRecord>& data);
 
-struct ClassSpec;
+struct ClassEntry;
 
 /// Per script class: its templates and how its owned objects are deleted.
 /// A class is built when script first reads it from the exports object or a
@@ -87,7 +87,7 @@ struct ClassClientData {
   /// Deletes an owned native object of this class.
   Finalizer finalizer;
   /// What the class is made of; set at initialisation.
-  const ClassSpec* spec;
+  const ClassEntry* entry;
 };
 
 /// The record behind every proxy: internal field 0 of the script object.
@@ -116,20 +116,20 @@ static_assert(sizeof(ProxyRecord) == 32, "ProxyRecord must stay four words");
 inline constexpr int64_t kProxyExternalBytes = 1000;
 
 /// A prototype method or static function of a script class.
-struct MethodSpec {
+struct MethodEntry {
   const char* name;
   v8::FunctionCallback callback;
 };
 
 /// An instance accessor of a script class.
-struct FieldSpec {
+struct FieldEntry {
   const char* name;
   v8::AccessorNameGetterCallback getter;
   v8::AccessorNameSetterCallback setter;
 };
 
 /// Everything the module initialiser needs to build one script class.
-struct ClassSpec {
+struct ClassEntry {
   /// Exported name, e.g. "Camera".
   const char* name;
   /// Template name, e.g. "_exports_Camera".
@@ -142,27 +142,27 @@ struct ClassSpec {
   v8::FunctionCallback constructor;
   /// "Class <name> can not be instantiated", for classes without constructor.
   const char* notInstantiable;
-  const MethodSpec* methods;
+  const MethodEntry* methods;
   size_t methodCount;
-  const FieldSpec* fields;
+  const FieldEntry* fields;
   size_t fieldCount;
-  const MethodSpec* statics;
+  const MethodEntry* statics;
   size_t staticCount;
   /// Registration index of the base class, or -1.
   int baseIndex;
 };
 
 /// A read-only integer property of the exports object.
-struct ConstantSpec {
+struct ConstantEntry {
   const char* name;
   int32_t value;
 };
 
 /// The generated surface: classes and constants in registration order.
-struct ModuleSpec {
-  const ClassSpec* classes;
+struct Surface {
+  const ClassEntry* classes;
   size_t classCount;
-  const ConstantSpec* constants;
+  const ConstantEntry* constants;
   size_t constantCount;
   ModuleTypeTable* typeTable;
   /// Type-table indices of `char` and `std::string`: proxies of native text

@@ -17,6 +17,8 @@ from bindgen.parser import DescriptionError, Parser, parse  # noqa: E402
 
 FIXTURE = os.path.join(HERE, "fixture.api")
 GOLDEN = os.path.join(HERE, "golden")
+# Expected outputs carry this extension: they are text to compare, not code.
+SUFFIX = ".golden"
 
 
 def generate(path):
@@ -31,12 +33,12 @@ class GoldenTest(unittest.TestCase):
         files = generate(FIXTURE)
         if os.environ.get("BINDGEN_UPDATE"):
             for name, text in files.items():
-                with open(os.path.join(GOLDEN, name), "w", encoding="utf-8") as handle:
+                with open(os.path.join(GOLDEN, name + SUFFIX), "w", encoding="utf-8") as handle:
                     handle.write(text)
-        expected_names = sorted(os.listdir(GOLDEN))
+        expected_names = sorted(name[: -len(SUFFIX)] for name in os.listdir(GOLDEN))
         self.assertEqual(sorted(files), expected_names)
         for name in expected_names:
-            with open(os.path.join(GOLDEN, name), encoding="utf-8") as handle:
+            with open(os.path.join(GOLDEN, name + SUFFIX), encoding="utf-8") as handle:
                 self.assertEqual(files[name], handle.read(), f"{name} differs from its golden file")
 
 

@@ -7,19 +7,12 @@
 
 #include "control.h"
 #include "js_values.h"
-#include "probe.h"
 #include "raise_table.h"
 
 namespace test_control {
 namespace {
 
 namespace control = orva::loopback::control;
-
-// The probe lives as long as the process: engine threads may still hold it.
-Probe& probe() {
-  static Probe* const instance = new Probe();
-  return *instance;
-}
 
 std::vector<napi_value> argsOf(napi_env env, napi_callback_info info) {
   size_t count = 16;
@@ -116,25 +109,6 @@ napi_value RaiseConcurrently(napi_env env, napi_callback_info info) {
 
 napi_value JoinRaisers(napi_env env, napi_callback_info) { return control::joinRaisers(), undefined(env); }
 
-// startProbe(settings): initialises the engine with the probe as its listener
-// and frame processor; settings is a plain {key: value} object.
-napi_value StartProbe(napi_env env, napi_callback_info info) {
-  auto args = argsOf(env, info);
-  Orva::Rtc::Settings settings;
-  for (const auto& [key, value] : toStringMap(env, args.empty() ? undefined(env) : args[0])) {
-    settings.add(key.c_str(), value.c_str());
-  }
-  auto* engine = Orva::Rtc::OrvaEngine::SDK();
-  const int result = engine->initialize(&settings, &probe());
-  engine->setCameraVideoProcessor(&probe());
-  napi_value value;
-  napi_create_int32(env, result, &value);
-  return value;
-}
-
-napi_value ProbeEvents(napi_env env, napi_callback_info) { return fromStrings(env, probe().events()); }
-napi_value StopProbe(napi_env env, napi_callback_info) { return Orva::Rtc::OrvaEngine::SDK()->destroy(), undefined(env); }
-
 napi_value Init(napi_env env, napi_value exports) {
   const napi_property_descriptor functions[] = {
       {"journal", nullptr, Journal, nullptr, nullptr, nullptr, napi_default, nullptr},
@@ -148,9 +122,6 @@ napi_value Init(napi_env env, napi_value exports) {
       {"deliverFrame", nullptr, DeliverFrame, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"raiseConcurrently", nullptr, RaiseConcurrently, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"joinRaisers", nullptr, JoinRaisers, nullptr, nullptr, nullptr, napi_default, nullptr},
-      {"startProbe", nullptr, StartProbe, nullptr, nullptr, nullptr, napi_default, nullptr},
-      {"probeEvents", nullptr, ProbeEvents, nullptr, nullptr, nullptr, napi_default, nullptr},
-      {"stopProbe", nullptr, StopProbe, nullptr, nullptr, nullptr, napi_default, nullptr},
   };
   napi_define_properties(env, exports, sizeof functions / sizeof functions[0], functions);
   return exports;

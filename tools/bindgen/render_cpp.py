@@ -336,16 +336,16 @@ def render_tables(linked: LinkedClass) -> list[str]:
     cls = linked.cls
     out = []
     if linked.methods:
-        out.append(f"const binding::MethodSpec kMethods_{cls.name}[] = {{")
+        out.append(f"const binding::MethodEntry kMethods_{cls.name}[] = {{")
         out += [f'  {{"{m.name}", {_callback(cls.name, m)}}},' for m in linked.methods]
         out.append("};")
     if linked.fields:
-        out.append(f"const binding::FieldSpec kFields_{cls.name}[] = {{")
+        out.append(f"const binding::FieldEntry kFields_{cls.name}[] = {{")
         out += [f'  {{"{m.name}", _wrap_{cls.name}_{m.name}_get, _wrap_{cls.name}_{m.name}_set}},'
                 for m in linked.fields]
         out.append("};")
     if linked.statics:
-        out.append(f"const binding::MethodSpec kStatics_{cls.name}[] = {{")
+        out.append(f"const binding::MethodEntry kStatics_{cls.name}[] = {{")
         out += [f'  {{"{m.name}", {_callback(cls.name, m)}}},' for m in linked.statics]
         out.append("};")
     out.append("")
@@ -368,11 +368,11 @@ def render_header(linked: Linked, base: str) -> str:
         if linked_class.constructor:
             out.append(f"void _wrap_new_{cls.name}(const v8::FunctionCallbackInfo<v8::Value>& info);")
         if linked_class.methods:
-            out.append(f"extern const binding::MethodSpec kMethods_{cls.name}[{len(linked_class.methods)}];")
+            out.append(f"extern const binding::MethodEntry kMethods_{cls.name}[{len(linked_class.methods)}];")
         if linked_class.fields:
-            out.append(f"extern const binding::FieldSpec kFields_{cls.name}[{len(linked_class.fields)}];")
+            out.append(f"extern const binding::FieldEntry kFields_{cls.name}[{len(linked_class.fields)}];")
         if linked_class.statics:
-            out.append(f"extern const binding::MethodSpec kStatics_{cls.name}[{len(linked_class.statics)}];")
+            out.append(f"extern const binding::MethodEntry kStatics_{cls.name}[{len(linked_class.statics)}];")
     out += ["", "}  // namespace orva::generated", ""]
     return "\n".join(out)
 
@@ -439,7 +439,7 @@ def render_module(linked: Linked, base: str) -> str:
     out.append("")
     out.append(f"binding::ClassClientData gClientData[{len(linked.classes)}];")
     out.append("")
-    out.append("const binding::ClassSpec kClasses[] = {")
+    out.append("const binding::ClassEntry kClasses[] = {")
     for linked_class in linked.classes:
         cls = linked_class.cls
         name = cls.name
@@ -456,7 +456,7 @@ def render_module(linked: Linked, base: str) -> str:
                    f"{statics[1]}, {base_index}}},")
     out.append("};")
     out.append("")
-    out.append("const binding::ConstantSpec kConstants[] = {")
+    out.append("const binding::ConstantEntry kConstants[] = {")
     out += [f'  {{"{public}", {value}}},' for public, _, value in linked.constants]
     out.append("};")
     out.append("")
@@ -466,11 +466,11 @@ def render_module(linked: Linked, base: str) -> str:
     out.append("")
     out.append("}  // namespace")
     out.append("")
-    out.append("const binding::ModuleSpec& moduleSpec() {")
-    out.append(f"  static const binding::ModuleSpec spec = {{kClasses, {len(linked.classes)}, kConstants, "
+    out.append("const binding::Surface& surface() {")
+    out.append(f"  static const binding::Surface table = {{kClasses, {len(linked.classes)}, kConstants, "
                f"{len(linked.constants)}, &gTypeTable, {_type_constant(linked.char_descriptor)}, "
                f"{_type_constant(linked.string_descriptor)}}};")
-    out.append("  return spec;")
+    out.append("  return table;")
     out.append("}")
     out.append("")
     out.append("}  // namespace orva::generated")
