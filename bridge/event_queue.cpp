@@ -8,14 +8,35 @@ EventQueue::EventQueue() { uv_mutex_init(&mutex_); }
 
 EventQueue::~EventQueue() { uv_mutex_destroy(&mutex_); }
 
+namespace {
+
+// A burst that grew the ring past this capacity gives it back once the ring
+// is empty and has not grown for a while: giving it back at every empty
+// moment would make a steady stream grow the ring again and again.
+constexpr size_t kKeptCapacity = 4096;
+constexpr uint64_t kShrinkAfterNs = 1000000000;
+constexpr size_t kFirstCapacity = 64;
+
+}  // namespace
+
+void EventQueue::grow() {
+  std::vector<PendingEvent> bigger(ring_.empty() ? kFirstCapacity : ring_.size() * 2);
+  for (size_t i = 0; i < count_; ++i) bigger[i] = std::move(ring_[(head_ + i) & (ring_.size() - 1)]);
+  ring_.swap(bigger);
+  head_ = 0;
+  lastGrowthNs_ = uv_hrtime();
+}
+
 bool EventQueue::push(PendingEvent&& event) {
   uv_mutex_lock(&mutex_);
   if (closed_) {
     uv_mutex_unlock(&mutex_);
     return false;
   }
-  events_.push_back(std::move(event));
-  size_.store(events_.size(), std::memory_order_release);
+  if (count_ == ring_.size()) grow();
+  ring_[(head_ + count_) & (ring_.size() - 1)] = std::move(event);
+  ++count_;
+  size_.store(count_, std::memory_order_release);
   Wake wake = wake_;
   void* context = context_;
   if (wake != nullptr) waking_.fetch_add(1, std::memory_order_acq_rel);
@@ -30,14 +51,20 @@ bool EventQueue::push(PendingEvent&& event) {
 }
 
 bool EventQueue::pop(PendingEvent& out) {
+  std::vector<PendingEvent> released;
   uv_mutex_lock(&mutex_);
-  if (events_.empty()) {
+  if (ringEmpty()) {
     uv_mutex_unlock(&mutex_);
     return false;
   }
-  out = std::move(events_.front());
-  events_.pop_front();
-  size_.store(events_.size(), std::memory_order_release);
+  out = std::move(ring_[head_]);
+  head_ = (head_ + 1) & (ring_.size() - 1);
+  --count_;
+  size_.store(count_, std::memory_order_release);
+  if (count_ == 0 && ring_.size() > kKeptCapacity && uv_hrtime() - lastGrowthNs_ > kShrinkAfterNs) {
+    released.swap(ring_);
+    head_ = 0;
+  }
   uv_mutex_unlock(&mutex_);
   return true;
 }
@@ -46,18 +73,20 @@ void EventQueue::attach(Wake wake, void* context) {
   uv_mutex_lock(&mutex_);
   wake_ = wake;
   context_ = context;
-  bool waiting = !events_.empty() && !closed_;
+  bool waiting = !ringEmpty() && !closed_;
   uv_mutex_unlock(&mutex_);
   if (waiting && wake != nullptr) wake(context);
 }
 
 void EventQueue::close() {
-  std::deque<PendingEvent> dropped;
+  std::vector<PendingEvent> dropped;
   uv_mutex_lock(&mutex_);
   closed_ = true;
   wake_ = nullptr;
   context_ = nullptr;
-  dropped.swap(events_);
+  dropped.swap(ring_);
+  head_ = 0;
+  count_ = 0;
   size_.store(0, std::memory_order_release);
   uv_mutex_unlock(&mutex_);
   while (waking_.load(std::memory_order_acquire) != 0) std::this_thread::yield();

@@ -9,7 +9,8 @@
 
 #include <atomic>
 #include <cstddef>
-#include <deque>
+#include <cstdint>
+#include <vector>
 
 #include "pending_event.h"
 
@@ -47,16 +48,27 @@ class EventQueue {
   void reopen();
 
  private:
+  /// Whether the ring holds no event; called with mutex_ held.
+  bool ringEmpty() const { return count_ == 0; }
+  /// Doubles the ring, keeping the events in order; called with mutex_ held.
+  void grow();
+
   mutable uv_mutex_t mutex_;
-  // Guarded by mutex_.
-  std::deque<PendingEvent> events_;
+  // Guarded by mutex_: the events in a ring of power-of-two size, oldest at
+  // `head_`. A ring rather than a deque: a deque allocates a block every few
+  // events and frees it on the other thread.
+  std::vector<PendingEvent> ring_;
+  size_t head_ = 0;
+  size_t count_ = 0;
+  uint64_t lastGrowthNs_ = 0;  // uv_hrtime of the last growth
   Wake wake_ = nullptr;
   void* context_ = nullptr;
   bool closed_ = false;
-  // Mirrors events_.size() for `empty`; written under mutex_.
+  // Mirrors count_ for `empty`; written under mutex_.
   std::atomic<size_t> size_{0};
-  // Pushing threads between their unlock and the end of their wake.
-  std::atomic<int> waking_{0};
+  // Pushing threads between their unlock and the end of their wake. On a
+  // cache line of its own: only pushing threads write it.
+  alignas(64) std::atomic<int> waking_{0};
 };
 
 }  // namespace orva::bridge

@@ -136,26 +136,42 @@ void fillPayload(v8::Local<v8::Context> context, const char* name, const EventPa
   }
 }
 
-v8::Local<v8::Object> framePayload(v8::Local<v8::Context> context, const PendingEvent& event, const FrameSink& frames) {
+v8::Local<v8::Object> framePayload(v8::Local<v8::Context> context, const PendingEvent& event, const FrameSink& frames,
+                                   std::array<v8::Persistent<v8::String>, 16>& keys) {
+  static constexpr const char* kKeys[] = {"type",   "data",    "id",      "userId",  "valid", "size",
+                                          "width",  "height",  "strideY", "strideU", "strideV", "dataY",
+                                          "dataU",  "dataV",   "extra",   "handle"};
+  static_assert(std::size(kKeys) == std::tuple_size_v<std::remove_reference_t<decltype(keys)>>);
   v8::Isolate* isolate = context->GetIsolate();
+  // A payload is built for every frame: its keys are made once.
+  if (keys[0].IsEmpty()) {
+    for (size_t i = 0; i < std::size(kKeys); ++i) {
+      keys[i].Reset(isolate,
+                    v8::String::NewFromUtf8(isolate, kKeys[i], v8::NewStringType::kInternalized).ToLocalChecked());
+    }
+  }
+  const v8::Local<v8::Value> values[] = {
+      v8::Integer::New(isolate, event.frameType),
+      node::Buffer::New(isolate, 0).ToLocalChecked(),
+      v8::Number::New(isolate, static_cast<double>(frames.renderId)),
+      v8::String::NewFromUtf8(isolate, frames.renderUserId.data(), v8::NewStringType::kNormal,
+                              static_cast<int>(frames.renderUserId.size()))
+          .ToLocalChecked(),
+      v8::Boolean::New(isolate, frames.frameValid != 0),
+      v8::Integer::New(isolate, event.frameSize),
+      v8::Integer::New(isolate, event.frameWidth),
+      v8::Integer::New(isolate, event.frameHeight),
+      v8::Integer::New(isolate, event.strideY),
+      v8::Integer::New(isolate, event.strideU),
+      v8::Integer::New(isolate, event.strideV),
+      emptyView(isolate),
+      emptyView(isolate),
+      emptyView(isolate),
+      v8::Integer::New(isolate, event.frameExtra),
+      v8::Number::New(isolate, static_cast<double>(event.frameHandle)),
+  };
   v8::Local<v8::Object> payload = v8::Object::New(isolate);
-  Setter set(context, payload);
-  set.integer("type", event.frameType);
-  set("data", node::Buffer::New(isolate, 0).ToLocalChecked());
-  set.number("id", static_cast<double>(frames.renderId));
-  set.text("userId", frames.renderUserId);
-  set("valid", v8::Boolean::New(isolate, frames.frameValid != 0));
-  set.integer("size", event.frameSize);
-  set.integer("width", event.frameWidth);
-  set.integer("height", event.frameHeight);
-  set.integer("strideY", event.strideY);
-  set.integer("strideU", event.strideU);
-  set.integer("strideV", event.strideV);
-  set("dataY", emptyView(isolate));
-  set("dataU", emptyView(isolate));
-  set("dataV", emptyView(isolate));
-  set.integer("extra", event.frameExtra);
-  set.number("handle", static_cast<double>(event.frameHandle));
+  for (size_t i = 0; i < std::size(kKeys); ++i) payload->Set(context, keys[i].Get(isolate), values[i]).Check();
   return payload;
 }
 

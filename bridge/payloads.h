@@ -3,6 +3,8 @@
 
 #include <v8.h>
 
+#include <array>
+
 #include "frame_sink.h"
 #include "pending_event.h"
 
@@ -14,7 +16,8 @@ void fillPayload(v8::Local<v8::Context> context, const char* name, const EventPa
                  v8::Local<v8::Object> target);
 
 /// The payload of a frame event: its metadata, the registration, and empty
-/// byte views. Called with the frame lock held.
-v8::Local<v8::Object> framePayload(v8::Local<v8::Context> context, const PendingEvent& event, const FrameSink& frames);
+/// byte views. Called with the frame lock held; `keys` caches the key names.
+v8::Local<v8::Object> framePayload(v8::Local<v8::Context> context, const PendingEvent& event, const FrameSink& frames,
+                                   std::array<v8::Persistent<v8::String>, 16>& keys);
 
 }  // namespace orva::bridge

@@ -26,8 +26,11 @@ void releaseScript(WrapperState& state, void (*done)(void*), void* doneArgument)
   state.frames.frameValid = 0;
   state.bufferStore.reset();
   state.frames.unlock();
-  for (auto& entry : state.names) entry.second.Reset();
-  state.names.clear();
+  for (auto& slot : state.names) {
+    slot.text.Reset();
+    slot.name = nullptr;
+  }
+  for (auto& key : state.frameKeys) key.Reset();
   state.callback.Reset();
   state.context.Reset();
   state.isolate = nullptr;
@@ -82,13 +85,18 @@ WrapperState::~WrapperState() {
   // (process.exit() skips the environment's clean-up): nothing that belongs
   // to them may be released now, so the hook and the buffer's memory are left.
   (void)cleanupHook.release();
-  if (bufferStore) new std::shared_ptr<v8::BackingStore>(std::move(bufferStore));
+  if (bufferStore) {
+    // Moved into storage that is never destroyed: only one state lives until exit.
+    alignas(std::shared_ptr<v8::BackingStore>) static unsigned char kept[sizeof(std::shared_ptr<v8::BackingStore>)];
+    new (kept) std::shared_ptr<v8::BackingStore>(std::move(bufferStore));
+  }
 }
 
 void bindScript(WrapperState& state, v8::Isolate* isolate, v8::Local<v8::Value> handler) {
   state.isolate = isolate;
   state.context.Reset(isolate, isolate->GetCurrentContext());
   state.callback.Reset(isolate, handler);
+  state.callbackGeneration += 1;
   if (state.asyncInitialized) return;
   state.asyncHandle.data = &state;
   uv_async_init(node::GetCurrentEventLoop(isolate), &state.asyncHandle, drain);

@@ -6,9 +6,9 @@
 #include <uv.h>
 #include <v8.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
-#include <unordered_map>
 
 #include "event_queue.h"
 #include "frame_sink.h"
@@ -33,6 +33,8 @@ struct WrapperState {
   v8::Isolate* isolate = nullptr;
   v8::Persistent<v8::Context> context;
   v8::Persistent<v8::Value> callback;
+  /// Counts registrations (never 0), so that a drain sees a replaced handler.
+  uint32_t callbackGeneration = 1;
   /// Keeps the registered buffer's memory alive while the engine may write it.
   std::shared_ptr<v8::BackingStore> bufferStore;
   /// Wakes the drain; initialised once, by the first registration.
@@ -42,8 +44,15 @@ struct WrapperState {
   bool keepAlive = false;
   /// When the drain last took a frame, in milliseconds of uv_hrtime.
   uint64_t lastFrameDeliveryMs = 0;
-  /// Event names as script strings, made once per name.
-  std::unordered_map<const char*, v8::Persistent<v8::String>> names;
+  /// Event names as script strings, made once per name: slots picked by
+  /// the address of the name's literal; a collision just makes it again.
+  struct NameSlot {
+    const char* name = nullptr;
+    v8::Persistent<v8::String> text;
+  };
+  std::array<NameSlot, 64> names;
+  /// The keys of a frame's payload, made once.
+  std::array<v8::Persistent<v8::String>, 16> frameKeys;
   node::AsyncCleanupHookHandle cleanupHook;
 };
 

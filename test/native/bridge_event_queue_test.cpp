@@ -36,6 +36,24 @@ TEST(EventQueue, DeliversInOrder) {
   EXPECT_TRUE(queue.empty());
 }
 
+// Test that order survives the storage wrapping around and growing while
+// events wait: take some, add more than fit, take the rest.
+TEST(EventQueue, KeepsOrderAcrossWrapAndGrowth) {
+  EventQueue queue;
+  int pushed = 0;
+  int popped = 0;
+  PendingEvent out;
+  for (int round = 0; round < 5; ++round) {
+    for (int i = 0; i < 50 + 70 * round; ++i) queue.push(numbered(0, pushed++));
+    for (int i = 0; i < 40 + 20 * round; ++i) {
+      ASSERT_TRUE(queue.pop(out));
+      ASSERT_EQ(out.int2, popped++);
+    }
+  }
+  while (queue.pop(out)) ASSERT_EQ(out.int2, popped++);
+  EXPECT_EQ(popped, pushed);
+}
+
 // Test that events raised before a consumer attaches wait, and that
 // attaching wakes the consumer once for them.
 TEST(EventQueue, KeepsEventsUntilAConsumerAttaches) {
