@@ -27,6 +27,7 @@
 const os = require('os');
 const path = require('path');
 const { spawnSync } = require('child_process');
+const { median, spread } = require('../lib/stats');
 
 if (typeof globalThis.gc !== 'function') {
   console.error('bench.js needs --expose-gc');
@@ -66,19 +67,6 @@ for (const impl of IMPLS) {
 const now = () => process.hrtime.bigint();
 const immediate = () => new Promise((resolve) => setImmediate(resolve));
 let sink; // keeps results reachable so that no loop is dead code
-
-function median(values) {
-  const sorted = [...values].sort((a, b) => a - b);
-  const middle = sorted.length >> 1;
-  return sorted.length % 2 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
-}
-
-// Interquartile range relative to the median: how much the samples wander.
-function spread(values) {
-  const sorted = [...values].sort((a, b) => a - b);
-  const at = (q) => sorted[Math.min(sorted.length - 1, Math.round(q * (sorted.length - 1)))];
-  return (at(0.75) - at(0.25)) / median(values);
-}
 
 // A loop of its own for one implementation: `tag` makes the source unique,
 // so that V8 gives it its own feedback and optimised code.

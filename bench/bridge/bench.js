@@ -44,6 +44,7 @@
 
 const os = require('os');
 const path = require('path');
+const { median, quantile, spread } = require('../lib/stats');
 
 if (typeof globalThis.gc !== 'function') {
   console.error('bench.js needs --expose-gc');
@@ -106,23 +107,6 @@ function within(promise, what) {
     timer.unref();
   });
   return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
-}
-
-function median(values) {
-  const sorted = [...values].sort((a, b) => a - b);
-  const middle = sorted.length >> 1;
-  return sorted.length % 2 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
-}
-
-function quantile(sorted, q) {
-  return sorted[Math.min(sorted.length - 1, Math.max(0, Math.ceil(q * sorted.length) - 1))];
-}
-
-// Interquartile range relative to the median.
-function spread(values) {
-  const sorted = [...values].sort((a, b) => a - b);
-  const at = (q) => sorted[Math.min(sorted.length - 1, Math.round(q * (sorted.length - 1)))];
-  return (at(0.75) - at(0.25)) / median(values);
 }
 
 // --- handlers ----------------------------------------------------------------
