@@ -1,7 +1,6 @@
 #include "drain.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "payloads.h"
 #include "wrapper_state.h"
@@ -9,7 +8,6 @@
 namespace orva::bridge {
 namespace {
 
-constexpr const char* kFrameEvent = "OnVideoFrame";
 constexpr const char* kTextureFrameEvent = "OnVideoFrameTexture";
 
 v8::Local<v8::String> nameOf(WrapperState& state, const char* name) {
@@ -70,7 +68,7 @@ class Turn {
   void deliverFrame(const PendingEvent& event) {
     state_.frames.lock();
     v8::Local<v8::Object> payload = framePayload(context_, event, state_.frames, state_.frameKeys);
-    call(event.frameHandle != 0 ? kTextureFrameEvent : kFrameEvent, event, payload);
+    call(event.frameHandle != 0 ? kTextureFrameEvent : kVideoFrameEvent, event, payload);
     state_.frames.unlock();
   }
 
@@ -109,7 +107,7 @@ void drain(uv_async_t* handle) {
   while (state->isolate != nullptr && state->queue.pop(event)) {
     turn.refreshHandler();
     v8::HandleScope eventScope(isolate);
-    if (std::strcmp(event.name, kFrameEvent) == 0) {
+    if (event.name == kVideoFrameEvent) {
       state->lastFrameDeliveryMs = uv_hrtime() / 1000000;
       turn.deliverFrame(event);
       // A frame ends this turn so that the loop's other work keeps its pace;

@@ -299,7 +299,7 @@ void OrvaEngineEventHandler::OnVideoFrame(VideoFrame* frame) {
   using Offer = orva::bridge::FrameSink::Offer;
   Offer offer = state->frames.offer({frame->data, frame->size, frame->width, frame->height, frame->share_handle});
   if (offer == Offer::kIgnored || offer == Offer::kDropped) return;
-  PendingEvent pending = event("OnVideoFrame");
+  PendingEvent pending = event(orva::bridge::kVideoFrameEvent);
   pending.frameType = frame->type;
   pending.frameSize = frame->size;
   pending.frameWidth = frame->width;

@@ -12,6 +12,10 @@
 
 namespace orva::bridge {
 
+/// The name every frame event is pushed with. The drain tells frames from
+/// the other events by this one address rather than by comparing text.
+inline constexpr char kVideoFrameEvent[] = "OnVideoFrame";
+
 /// A remote user's statistics with its own copy of the user id: nothing of
 /// the engine's memory is kept once the callback returns.
 struct RemoteStatistics {

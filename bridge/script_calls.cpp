@@ -2,10 +2,10 @@
 
 #include <node_buffer.h>
 
-#include <cmath>
 #include <cstdint>
 
 #include "facade/orva_engine_wrapper.h"
+#include "sdk/win/convert.h"
 #include "wrapper_state.h"
 
 namespace orva::bridge {
@@ -22,13 +22,6 @@ WrapperState* processState() {
 
 v8::Local<v8::String> key(v8::Isolate* isolate, const char* name) {
   return v8::String::NewFromUtf8(isolate, name, v8::NewStringType::kInternalized).ToLocalChecked();
-}
-
-int64_t truncated(double number) {
-  if (std::isnan(number)) return 0;
-  if (number >= 9223372036854775808.0) return INT64_MAX;
-  if (number <= -9223372036854775808.0) return INT64_MIN;
-  return static_cast<int64_t>(number);
 }
 
 // Reads the registration from `options` into `frames` (whose lock is held).
@@ -48,7 +41,7 @@ bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> opti
   v8::Local<v8::Value> value;
   double id = 0;
   if (!options->Get(context, key(isolate, "id")).ToLocal(&value) || !value->NumberValue(context).To(&id)) return false;
-  frames.renderId = truncated(id);
+  frames.renderId = orva::binding::integerValue(id);
   v8::Local<v8::String> userId;
   if (!options->Get(context, key(isolate, "userId")).ToLocal(&value) || !value->ToString(context).ToLocal(&userId)) {
     return false;
@@ -83,7 +76,7 @@ void setCallback(const v8::FunctionCallbackInfo<v8::Value>& info) {
   Orva::Rtc::OrvaEngineEventHandler* events = wrapper->eventHandler();
   events->scriptLink = isolate;
   if (events->state) bindScript(*events->state, isolate, handler);
-  if (wrapper->getSDK() == nullptr) wrapper->adoptEngine(Orva::Rtc::OrvaEngine::SDK());
+  wrapper->adoptEngine();
 }
 
 void setVideoFrameRenderBuffer(const v8::FunctionCallbackInfo<v8::Value>& info) {

@@ -168,9 +168,10 @@ class OrvaEngineWrapper {
 
   /// The event handler this wrapper hands to the engine.
   OrvaEngineEventHandler* eventHandler() { return handler_.get(); }
-  /// Sets the engine when script registers a handler before `initialize`.
-  void adoptEngine(OrvaEngine* engine) {
-    if (engine_ == nullptr) engine_ = engine;
+  /// Takes the engine when script registers a handler before `initialize`;
+  /// asks the engine for nothing once the wrapper has it.
+  void adoptEngine() {
+    if (engine_ == nullptr) engine_ = OrvaEngine::SDK();
   }
 
  private:

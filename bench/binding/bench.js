@@ -9,7 +9,7 @@
 // The build folder defaults to $ORVA_BUILD_DIR, then build-bench.
 // ORVA_BENCH_ROUNDS and ORVA_BENCH_LOADS change the number of measured rounds
 // and of fresh processes per addon (0 skips the module-load figure);
-// ORVA_BENCH_ONLY keeps the operations whose name contains its text. They
+// ORVA_BENCH_only keeps the operations whose name contains its text. They
 // are for quick looks: the defaults are what the figures are quoted with.
 //
 // How the figures stay honest on a small, shared machine:
@@ -24,22 +24,14 @@
 //   - every loop folds its results into a value that is returned and checked
 //     to be the same for the three implementations.
 
-const os = require('os');
 const path = require('path');
 const { spawnSync } = require('child_process');
 const { median, spread } = require('../lib/stats');
+const { collect, buildDir, only, fixed, pad, mark, printStart, printEnd } = require('../lib/setting');
 
-if (typeof globalThis.gc !== 'function') {
-  console.error('bench.js needs --expose-gc');
-  process.exit(2);
-}
-const collect = globalThis.gc;
-
-const buildDir = path.resolve(process.argv[2] || process.env.ORVA_BUILD_DIR || 'build-bench');
 const ROUNDS = Number(process.env.ORVA_BENCH_ROUNDS || 21);
 const WARMUP_ROUNDS = 4;
 const LOADS = Number(process.env.ORVA_BENCH_LOADS ?? 41);
-const ONLY = process.env.ORVA_BENCH_ONLY || '';
 // One sample of a call loop lasts about 40 ms: long enough that the
 // collections a loop causes average out within each sample.
 const SAMPLE_NS = 40e6;
@@ -288,24 +280,16 @@ function measureLoad() {
 
 // --- report ------------------------------------------------------------------
 
-const fixed = (value, digits) => value.toFixed(digits);
-const pad = (text, width) => String(text).padStart(width);
-const mark = (ok) => (ok ? 'ok' : 'MISS');
 
-function loadLine() {
-  const [one, five] = os.loadavg();
-  return `load average ${one.toFixed(2)} (1 min), ${five.toFixed(2)} (5 min) on ${os.cpus().length} cores`;
-}
 
 async function main() {
-  console.log(`binding benchmarks: node ${process.version}, build ${path.relative(process.cwd(), buildDir) || '.'}`);
-  console.log(`start: ${loadLine()}`);
+  printStart('binding benchmarks');
   console.log(`${ROUNDS} rounds after ${WARMUP_ROUNDS} warm-up rounds; ns/op are medians, ratios medians of per-round ratios`);
   console.log('');
 
   const rows = [];
-  for (const op of CALLS.filter((call) => call.name.includes(ONLY))) rows.push({ ...measureCall(op), info: op.info });
-  if (CREATE_NAME.includes(ONLY)) rows.push(await measureCreate());
+  for (const op of CALLS.filter((call) => call.name.includes(only))) rows.push({ ...measureCall(op), info: op.info });
+  if (CREATE_NAME.includes(only)) rows.push(await measureCreate());
 
   const head = [
     'operation'.padEnd(32),
@@ -355,8 +339,7 @@ async function main() {
     );
     console.log('');
   }
-  console.log(`end: ${loadLine()}`);
-  console.log(missed === 0 ? 'all targets met' : `${missed} target(s) missed`);
+  printEnd(missed);
   sink = undefined;
 }
 

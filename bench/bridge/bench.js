@@ -7,7 +7,7 @@
 //
 // The build folder defaults to $ORVA_BUILD_DIR, then build-bench.
 // ORVA_BENCH_ROUNDS scales the number of measured rounds (quick looks only);
-// ORVA_BENCH_ONLY keeps the sections whose name contains its text
+// ORVA_BENCH_only keeps the sections whose name contains its text
 // (throughput, latency, frames, slow).
 //
 // 1. Throughput: one bench thread raises OnPlayFilePosChanged(0, seq, 0) flat
@@ -42,20 +42,12 @@
 // and at the end. Exit status 0 whether or not targets are met; 1 when the
 // benchmark itself fails, 2 when the build is missing.
 
-const os = require('os');
 const path = require('path');
 const { median, quantile, spread } = require('../lib/stats');
+const { collect, buildDir, only, fixed, pad, mark, printStart, printEnd } = require('../lib/setting');
 
-if (typeof globalThis.gc !== 'function') {
-  console.error('bench.js needs --expose-gc');
-  process.exit(2);
-}
-const collect = globalThis.gc;
-
-const buildDir = path.resolve(process.argv[2] || process.env.ORVA_BUILD_DIR || 'build-bench');
 const SCALE = Number(process.env.ORVA_BENCH_ROUNDS || 0);
 const rounds = (fallback) => (SCALE > 0 ? SCALE : fallback);
-const ONLY = process.env.ORVA_BENCH_ONLY || '';
 
 const THROUGHPUT_EVENTS = 200000; // per sample: about 0.1 s at the rates seen here
 const THROUGHPUT_ROUNDS = rounds(9);
@@ -442,16 +434,9 @@ async function slowHandler(width, height) {
 
 // --- report ------------------------------------------------------------------
 
-const fixed = (value, digits) => value.toFixed(digits);
-const pad = (text, width) => String(text).padStart(width);
-const mark = (ok) => (ok ? 'ok' : 'MISS');
 const mega = (perSecond) => `${fixed(perSecond / 1e6, 2)} M/s`;
 const micros = (ns) => `${fixed(ns / 1e3, 1)} us`;
 
-function loadLine() {
-  const [one, five] = os.loadavg();
-  return `load average ${one.toFixed(2)} (1 min), ${five.toFixed(2)} (5 min) on ${os.cpus().length} cores`;
-}
 
 const rows = [];
 let missed = 0;
@@ -486,11 +471,10 @@ function printTable() {
   }
 }
 
-const wanted = (section) => section.includes(ONLY);
+const wanted = (section) => section.includes(only);
 
 async function main() {
-  console.log(`event-bridge benchmarks: node ${process.version}, build ${path.relative(process.cwd(), buildDir) || '.'}`);
-  console.log(`start: ${loadLine()}`);
+  printStart('event-bridge benchmarks');
   const settings = new orva.Settings();
   if (engine.initialize(settings, null) !== 0) throw new Error('initialize failed');
   const notes = [];
@@ -587,8 +571,7 @@ async function main() {
   console.log('');
   for (const note of notes) console.log(note);
   console.log('');
-  console.log(`end: ${loadLine()}`);
-  console.log(missed === 0 ? 'all targets met' : `${missed} target(s) missed`);
+  printEnd(missed);
 }
 
 main().catch((error) => {

@@ -182,19 +182,10 @@ void joinLoopback(const FunctionCallbackInfo<Value>&) { control::joinRaisers(); 
 
 // --- the floor: a bare uv_async queue ----------------------------------------
 
-struct FloorEvent {
-  const char* name;
-  int32_t int1;
-  int32_t int2;
-  int32_t int3;
-  std::string str1;
-  std::string str2;
-};
-
 struct Floor {
   uv_mutex_t mutex;
-  std::vector<FloorEvent> queue;  // guarded by mutex
-  std::vector<FloorEvent> taken;  // consumer only
+  std::vector<bench::Payload> queue;  // guarded by mutex
+  std::vector<bench::Payload> taken;  // consumer only
   uv_async_t async{};
   Isolate* isolate = nullptr;
   v8::Global<v8::Context> context;
@@ -223,7 +214,7 @@ void floorDrain(uv_async_t* handle) {
   node::CallbackScope callbackScope(isolate, v8::Object::New(isolate), node::async_context{0, 0});
   Local<v8::Function> handler = floor->handler.Get(isolate);
   Local<v8::String> name = floor->name.Get(isolate);
-  for (const FloorEvent& event : floor->taken) {
+  for (const bench::Payload& event : floor->taken) {
     v8::HandleScope eventScope(isolate);
     Local<Value> arguments[] = {
         name,
@@ -242,7 +233,7 @@ void floorDrain(uv_async_t* handle) {
 
 void floorPush(Floor* floor, int thread, int seq) {
   uv_mutex_lock(&floor->mutex);
-  floor->queue.push_back(FloorEvent{"OnPlayFilePosChanged", thread, seq, 0, {}, {}});
+  floor->queue.push_back(bench::positionChanged(thread, seq));
   uv_mutex_unlock(&floor->mutex);
   uv_async_send(&floor->async);
 }
@@ -256,7 +247,7 @@ void floorOpen(const FunctionCallbackInfo<Value>& info) {
   gFloor->isolate = isolate;
   gFloor->context.Reset(isolate, isolate->GetCurrentContext());
   gFloor->handler.Reset(isolate, info[0].As<v8::Function>());
-  gFloor->name.Reset(isolate, v8::String::NewFromUtf8Literal(isolate, "OnPlayFilePosChanged",
+  gFloor->name.Reset(isolate, v8::String::NewFromUtf8Literal(isolate, bench::kEventName,
                                                              v8::NewStringType::kInternalized));
   gFloor->async.data = gFloor;
   uv_async_init(node::GetCurrentEventLoop(isolate), &gFloor->async, floorDrain);
@@ -372,14 +363,17 @@ struct FrameRun {
 
 FrameRun* gFrames = nullptr;
 
-// What the engine does before it hands a frame over: the frame is written.
-// Every timed copy starts from this state, so none finds the source warmer.
+// CPU time this thread has run. The kernel's per-thread clock reads the
+// scheduler's running total; the usage counters lag it by up to a tick and
+// would make a single copy read as free.
 uint64_t threadCpuNs() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
   return static_cast<uint64_t>(now.tv_sec) * 1000000000u + static_cast<uint64_t>(now.tv_nsec);
 }
 
+// What the engine does before it hands a frame over: the frame is written.
+// Every timed copy starts from this state, so none finds the source warmer.
 void compose(std::vector<uint8_t>& frame, int number) { std::memset(frame.data(), number & 0xff, frame.size()); }
 
 void runFrames(FrameRun* run) {

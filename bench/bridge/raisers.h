@@ -9,10 +9,11 @@
 #pragma once
 
 #include <sys/prctl.h>
-#include <time.h>
 #include <uv.h>
 
+#include <chrono>
 #include <cstdint>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -28,10 +29,25 @@ struct RaisePlan {
   double* stamps = nullptr;
 };
 
+// What every implementation carries from producer to handler: the values
+// the bridge copies out of an OnPlayFilePosChanged, in the same shape.
+struct Payload {
+  const char* name;
+  int32_t int1;
+  int32_t int2;
+  int32_t int3;
+  std::string str1;
+  std::string str2;
+};
+
+inline constexpr char kEventName[] = "OnPlayFilePosChanged";
+
+// Event `seq` of producer `thread`, as OnPlayFilePosChanged(thread, seq, 0).
+inline Payload positionChanged(int thread, int seq) { return {kEventName, thread, seq, 0, {}, {}}; }
+
+// `dueNs` is on the monotonic clock, as uv_hrtime reads it.
 inline void sleepUntil(uint64_t dueNs) {
-  timespec due{static_cast<time_t>(dueNs / 1000000000u), static_cast<long>(dueNs % 1000000000u)};
-  while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &due, nullptr) != 0) {
-  }
+  std::this_thread::sleep_until(std::chrono::steady_clock::time_point(std::chrono::nanoseconds(dueNs)));
 }
 
 // One sample's producer threads. `send(thread, seq)` raises one event.

@@ -25,15 +25,6 @@
 
 namespace {
 
-struct Item {
-  const char* name;
-  int32_t int1;
-  int32_t int2;
-  int32_t int3;
-  std::string str1;
-  std::string str2;
-};
-
 struct Baseline {
   napi_threadsafe_function function = nullptr;
   napi_ref name = nullptr;
@@ -52,7 +43,7 @@ napi_value text(napi_env env, const std::string& value) {
 }
 
 void callJs(napi_env env, napi_value callback, void* context, void* data) {
-  auto* item = static_cast<Item*>(data);
+  auto* item = static_cast<bench::Payload*>(data);
   auto* baseline = static_cast<Baseline*>(context);
   if (env != nullptr && callback != nullptr) {
     napi_value arguments[7];
@@ -106,7 +97,7 @@ napi_value open(napi_env env, napi_callback_info info) {
   baseline->mode = blocking ? napi_tsfn_blocking : napi_tsfn_nonblocking;
   napi_value name = nullptr;
   napi_value names = nullptr;
-  napi_create_string_utf8(env, "OnPlayFilePosChanged", NAPI_AUTO_LENGTH, &name);
+  napi_create_string_utf8(env, bench::kEventName, NAPI_AUTO_LENGTH, &name);
   napi_create_array_with_length(env, 1, &names);
   napi_set_element(env, names, 0, name);
   napi_create_reference(env, names, 1, &baseline->name);
@@ -125,7 +116,7 @@ napi_value open(napi_env env, napi_callback_info info) {
 
 void sendOne(void* context, int thread, int seq) {
   auto* baseline = static_cast<Baseline*>(context);
-  auto* item = new Item{"OnPlayFilePosChanged", thread, seq, 0, {}, {}};
+  auto* item = new bench::Payload(bench::positionChanged(thread, seq));
   const napi_status status = napi_call_threadsafe_function(baseline->function, item, baseline->mode);
   if (status != napi_ok) {
     delete item;

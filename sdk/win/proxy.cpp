@@ -52,8 +52,6 @@ v8::Local<v8::Value> newProxy(v8::Isolate* isolate, void* pointer, TypeDescripto
   return object;
 }
 
-v8::Local<v8::FunctionTemplate> fallbackTemplate(v8::Isolate* isolate) { return gFallbackTemplate.Get(isolate); }
-
 void setFallbackTemplate(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> proxyTemplate) {
   gFallbackTemplate.Reset(isolate, proxyTemplate);
   gFallbackInstance.Reset(isolate, proxyTemplate->InstanceTemplate());

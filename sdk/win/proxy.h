@@ -35,9 +35,6 @@ void classFinalizer(const v8::WeakCallbackInfo<ProxyRecord>& data) {
   releaseRecord(record, data.GetIsolate());
 }
 
-/// The fallback class template `SwigProxy`, for types without a class.
-v8::Local<v8::FunctionTemplate> fallbackTemplate(v8::Isolate* isolate);
-
 /// Replaces the fallback template (disposing the previous one).
 void setFallbackTemplate(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> proxyTemplate);
 

@@ -354,7 +354,7 @@ def render_tables(linked: LinkedClass) -> list[str]:
 
 # --- files -------------------------------------------------------------------
 
-def render_header(linked: Linked, base: str) -> str:
+def render_header(linked: Linked) -> str:
     d = linked.description
     out = [BANNER.format(source=d.source), "#pragma once", "", '#include "binding.h"', ""]
     out += [f'#include "{include}"' for include in d.includes]
@@ -480,6 +480,6 @@ def render_module(linked: Linked, base: str) -> str:
 
 def render(linked: Linked) -> dict[str, str]:
     base = linked.description.source.rsplit("/", 1)[-1]
-    files = {f"{base}.h": render_header(linked, base), f"{base}_module.cpp": render_module(linked, base)}
+    files = {f"{base}.h": render_header(linked), f"{base}_module.cpp": render_module(linked, base)}
     files.update(render_wrapper_files(linked, base))
     return files

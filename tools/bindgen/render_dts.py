@@ -22,7 +22,6 @@ export type SwigProxy = NativeObject;
 class Types:
     def __init__(self, linked: Linked):
         self.linked = linked
-        self.enums = {enum.cpp: enum for enum in linked.description.enums}
 
     def enum_name(self, cpp: str) -> str:
         return cpp.split("::")[-1]
