@@ -38,6 +38,14 @@ int createDirectories(const std::string& utf8);
 /// fopen with a UTF-8 path; null on failure.
 std::FILE* openFile(const std::string& utf8, const char* mode);
 
+/// Reserves `bytes` of address space with no memory behind it yet; null
+/// when the system refuses. The reservation lasts until the process ends.
+void* reserveAddressSpace(size_t bytes);
+
+/// Puts memory (readable, writable, zeroed) behind [address, address + bytes)
+/// of a reservation; false when the system refuses.
+bool commitMemory(void* address, size_t bytes);
+
 /// True when the number is the handle of a live native window.
 bool isWindow(uint32_t handle);
 

@@ -7,9 +7,10 @@
 // measured against these figures.
 //
 // A proxy of the binding, borrowed or owned, is tracked until it is
-// collected: a record, a weak handle and a fixed charge of external memory.
-// The floor's `Get` does the same, so that its figure is the cost of that
-// contract; `GetUntracked` shows what skipping it would save.
+// collected: a record, a weak handle and a fixed charge of external memory;
+// and a proxy of a list's element keeps the list's proxy alive (a private
+// property holds it). The floor's `Get` does the same, so that its figure is
+// the cost of that contract; `GetUntracked` shows what skipping it would save.
 //
 // The script mechanisms are the generated binding's own (prototype methods
 // from function templates, accessors on the instance template), so that the
@@ -220,6 +221,9 @@ void cameraListAdd(const FunctionCallbackInfo<Value>& info) {
   self->Add(*camera);
 }
 
+// The key of the private property by which an element's proxy holds its list.
+v8::Eternal<v8::Private> gOwnerKey;
+
 // A borrowed element's proxy, tracked as the binding tracks every proxy.
 struct Tracked {
   v8::Global<Object> handle;
@@ -250,6 +254,7 @@ void cameraListGet(const FunctionCallbackInfo<Value>& info) {
   Local<Object> proxy = gCameraInstance.Get(isolate)->NewInstance(isolate->GetCurrentContext()).ToLocalChecked();
   proxy->SetAlignedPointerInInternalField(0, camera);
   if constexpr (kTrack) {
+    proxy->SetPrivate(isolate->GetCurrentContext(), gOwnerKey.Get(isolate), info.This()).Check();
     auto* tracked = new Tracked{v8::Global<Object>(isolate, proxy)};
     isolate->AdjustAmountOfExternalAllocatedMemory(1000);
     tracked->handle.SetWeak(tracked, forget, v8::WeakCallbackType::kParameter);
@@ -301,6 +306,7 @@ void initialize(Local<Object> exports, Local<Value>, v8::Local<v8::Context> cont
   auto camera = newClass<Orva::Rtc::Camera>(isolate, "Camera");
   field(isolate, camera, "guid", cameraGuidGet, cameraGuidSet);
   gCameraInstance.Set(isolate, camera->InstanceTemplate());
+  gOwnerKey.Set(isolate, v8::Private::New(isolate));
   publish(context, exports, "Camera", camera);
 
   auto cameraList = newClass<Orva::Rtc::CameraList>(isolate, "CameraList");

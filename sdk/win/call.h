@@ -3,19 +3,25 @@
 // Every generated wrapper is a function `bool body(Call&)` that checks the
 // argument count, converts the receiver and each argument, calls the native
 // member and sets the result; on the first failure it returns
-// `call.fail("fixed text")`. The mode decides what failing means:
+// `call.fail("fixed text")`, or `call.failNull("fixed text")` when a null was
+// given for a reference. The mode decides what failing means:
 //
 //   1. kThrow: the text is thrown at once as a plain script Error. Direct
-//      calls of a member with one signature use this mode.
-//   2. kHold: the text is kept instead, so that a dispatcher can try the next
-//      signature of an overloaded member. Conversions run before the native
-//      call, so a failed candidate has changed nothing.
-//   3. A dispatcher tries candidates in declaration order, each only when the
-//      argument count equals its own; the first that succeeds ends the call.
-//      When none does, a function throws "Illegal arguments for function
-//      <name>."; a constructor throws the held failure of the last candidate
-//      whose count matched, or "Illegal arguments for construction of
-//      <template>" when no count matched.
+//      calls of a member with one signature use this mode, and so do the
+//      constructors of a class whose forms are chosen by argument count.
+//   2. kTrial: a dispatcher tries the signatures of an overloaded member in
+//      declaration order, each only when the argument count equals its own;
+//      a failed candidate throws nothing, so that the next can be tried.
+//      Conversions run before the native call, so it has changed nothing.
+//   3. A null for a reference ends a trial at once: its "invalid null
+//      reference" text is thrown whatever the mode, and the dispatcher stops
+//      (`decided`), so that the message does not depend on candidate order.
+//   4. When no candidate succeeds, a function throws "Illegal arguments for
+//      function <name>." and a constructor "Illegal arguments for
+//      construction of <template>".
+//
+// The registered callback runs all of this inside a guard that turns any
+// native exception into a script Error (errors.h).
 #pragma once
 
 #include <v8.h>
@@ -26,7 +32,7 @@ namespace orva::binding {
 
 class Call {
  public:
-  enum Mode { kThrow, kHold };
+  enum Mode { kThrow, kTrial };
 
   explicit Call(const v8::FunctionCallbackInfo<v8::Value>& info, Mode mode = kThrow) : info(info), mode_(mode) {}
 
@@ -34,28 +40,27 @@ class Call {
 
   v8::Isolate* isolate() const { return info.GetIsolate(); }
 
-  /// Fails the call with `message` (a literal that outlives the call):
-  /// throws it or holds it. Always answers false.
+  /// Fails the call with `message` (a literal): throws it, or in a trial
+  /// lets the next candidate try. Always answers false.
   [[gnu::cold]] bool fail(const char* message) {
-    if (mode_ == kThrow) {
-      throwError(info.GetIsolate(), message);
-    } else {
-      held_ = message;
-    }
+    if (mode_ == kThrow) throwError(info.GetIsolate(), message);
     return false;
   }
 
-  /// The last held failure, or null.
-  const char* held() const { return held_; }
+  /// Fails the call for a null given where a reference is expected: throws
+  /// `message` in every mode and decides the call. Always answers false.
+  [[gnu::cold]] bool failNull(const char* message) {
+    throwError(info.GetIsolate(), message);
+    decided_ = true;
+    return false;
+  }
+
+  /// Whether a failure ended the call for good: no other candidate is tried.
+  bool decided() const { return decided_; }
 
  private:
   Mode mode_;
-  const char* held_ = nullptr;
+  bool decided_ = false;
 };
-
-/// Ends an overloaded constructor that no candidate accepted.
-[[gnu::cold]] inline void failConstruction(Call& call, const char* noMatch) {
-  throwError(call.isolate(), call.held() != nullptr ? call.held() : noMatch);
-}
 
 }  // namespace orva::binding

@@ -43,10 +43,10 @@ void addStaticFunction(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> cla
   classObject->Set(symbol(isolate, name), function);
 }
 
-void addConstant(v8::Local<v8::Context> context, v8::Local<v8::Object> target, const char* name,
+bool addConstant(v8::Local<v8::Context> context, v8::Local<v8::Object> target, const char* name,
                  v8::Local<v8::Value> value) {
   v8::Isolate* isolate = context->GetIsolate();
-  target->SetAccessor(context, symbol(isolate, name), constantGetter, readOnlySetter, value).Check();
+  return target->SetAccessor(context, symbol(isolate, name), constantGetter, readOnlySetter, value).IsJust();
 }
 
 }  // namespace orva::binding

@@ -23,8 +23,9 @@ void addField(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> classTemplat
 void addStaticFunction(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> classObject, const char* name,
                        v8::FunctionCallback callback);
 
-/// Defines `target[name]` as a read-only accessor whose getter returns `value`.
-void addConstant(v8::Local<v8::Context> context, v8::Local<v8::Object> target, const char* name,
+/// Defines `target[name]` as a read-only accessor whose getter returns
+/// `value`; false when `target` threw (its exception is pending).
+bool addConstant(v8::Local<v8::Context> context, v8::Local<v8::Object> target, const char* name,
                  v8::Local<v8::Value> value);
 
 /// An internalized string from a C literal (names of properties and classes).

@@ -1,6 +1,7 @@
 // Members of the standard containers that script sees (`StringMap`,
-// `ScreenVector`, `WindowVector`) beyond the containers' own. Failures are
-// `std::out_of_range` with the exact texts script receives.
+// `ScreenVector`, `WindowVector`) beyond the containers' own, and how a
+// container tells whether it still holds an element it handed out. Failures
+// are `std::out_of_range` with the exact texts script receives.
 #pragma once
 
 #include <cstdint>
@@ -45,6 +46,26 @@ template <class T>
 void vectorSet(std::vector<T>& vector, int index, const T& value) {
   if (!inRange(vector, index)) throw std::out_of_range("vector index out of range");
   vector[static_cast<size_t>(index)] = value;
+}
+
+/// Whether `element` is still one of the vector's elements: storage that
+/// moved or shrank no longer backs a pointer handed out before.
+template <class T>
+bool vectorHolds(const std::vector<T>& vector, const void* element) {
+  // Addresses compare as numbers: the pointer may lie in storage long gone.
+  const auto address = reinterpret_cast<uintptr_t>(element);
+  const auto first = reinterpret_cast<uintptr_t>(vector.data());
+  return address >= first && address < first + vector.size() * sizeof(T) && (address - first) % sizeof(T) == 0;
+}
+
+/// Whether `element` is still one of an engine list's elements. Lists are
+/// short (devices, sources), and the engine's list keeps its storage to itself.
+template <class List>
+bool listHolds(List& list, const void* element) {
+  for (int i = 0, size = list.Size(); i < size; ++i) {
+    if (static_cast<const void*>(list.Get(i)) == element) return true;
+  }
+  return false;
 }
 
 }  // namespace orva::binding

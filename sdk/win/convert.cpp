@@ -75,15 +75,23 @@ int asStdString(v8::Isolate* isolate, v8::Local<v8::Value> value, std::string* o
   return kTypeError;
 }
 
+// A text longer than V8's longest string (a script string turns into up to
+// three times as many UTF-8 bytes) has no script value: it reads as undefined.
 v8::Local<v8::Value> toScript(v8::Isolate* isolate, const char* text) {
   if (text == nullptr) return v8::Undefined(isolate);
-  return v8::String::NewFromUtf8(isolate, text).ToLocalChecked();
+  v8::Local<v8::String> result;
+  if (!v8::String::NewFromUtf8(isolate, text).ToLocal(&result)) return v8::Undefined(isolate);
+  return result;
 }
 
 v8::Local<v8::Value> toScript(v8::Isolate* isolate, const std::string& text) {
   if (text.size() >= 2147483648u) return v8::Undefined(isolate);
-  return v8::String::NewFromUtf8(isolate, text.data(), v8::NewStringType::kNormal, static_cast<int>(text.size()))
-      .ToLocalChecked();
+  v8::Local<v8::String> result;
+  if (!v8::String::NewFromUtf8(isolate, text.data(), v8::NewStringType::kNormal, static_cast<int>(text.size()))
+           .ToLocal(&result)) {
+    return v8::Undefined(isolate);
+  }
+  return result;
 }
 
 char* copyText(const char* text) {

@@ -2,17 +2,41 @@
 
 #include <cstdio>
 #include <cstring>
+#include <exception>
+#include <new>
 
 namespace orva::binding {
 
+namespace {
+
+constexpr const char* kOutOfMemory = "out of memory";
+constexpr const char* kUnknownException = "native code threw an exception that is not a std::exception";
+
+}  // namespace
+
 void throwError(v8::Isolate* isolate, const char* message, size_t length) {
-  v8::Local<v8::String> text =
-      v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, static_cast<int>(length))
-          .ToLocalChecked();
+  v8::Local<v8::String> text;
+  // Only a text beyond V8's longest string can fail; its start still tells what failed.
+  if (!v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, static_cast<int>(length))
+           .ToLocal(&text)) {
+    text = v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, 1024).ToLocalChecked();
+  }
   isolate->ThrowException(v8::Exception::Error(text));
 }
 
 void throwError(v8::Isolate* isolate, const char* message) { throwError(isolate, message, std::strlen(message)); }
+
+void throwNativeException(v8::Isolate* isolate) {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throwError(isolate, kOutOfMemory);
+  } catch (const std::exception& error) {
+    throwError(isolate, error.what());
+  } catch (...) {
+    throwError(isolate, kUnknownException);
+  }
+}
 
 void readOnlySetter(v8::Local<v8::Name> property, v8::Local<v8::Value> /*value*/,
                     const v8::PropertyCallbackInfo<void>& info) {

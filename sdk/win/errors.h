@@ -13,6 +13,12 @@ namespace orva::binding {
 [[gnu::cold]] void throwError(v8::Isolate* isolate, const char* message);
 [[gnu::cold]] void throwError(v8::Isolate* isolate, const char* message, size_t length);
 
+/// Inside a `catch (...)`: throws the native exception being handled as a
+/// script Error, so that no C++ exception leaves a V8 callback. An
+/// allocation failure reads "out of memory"; another `std::exception` its
+/// own text (the containers' "key not found", "vector index out of range").
+[[gnu::cold]] void throwNativeException(v8::Isolate* isolate);
+
 /// Setter of every constant: assignment throws
 /// "Tried to write read-only variable: <name>." and changes nothing.
 void readOnlySetter(v8::Local<v8::Name> property, v8::Local<v8::Value> value,

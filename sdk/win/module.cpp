@@ -20,6 +20,7 @@
 #include "errors.h"
 #include "fatal.h"
 #include "generated_module.h"
+#include "live_records.h"
 #include "module.h"
 #include "platform/platform.h"
 #include "proxy.h"
@@ -51,10 +52,12 @@ void forgetClasses() {
 }
 
 // Runs while the owning environment is torn down and its isolate is still
-// alive: the templates are released there, so a later isolate starts clean.
+// alive: the native objects its proxies own, the records and the templates
+// are released there, so a later isolate starts clean and nothing leaks.
 void releaseOwnership(void* isolate) {
+  releaseLiveRecords(static_cast<v8::Isolate*>(isolate));
   forgetClasses();
-  resetFallbackTemplate();
+  resetProxyTemplates();
   std::lock_guard<std::mutex> lock(gOwnerMutex);
   if (gOwner == isolate) gOwner = nullptr;
 }
@@ -79,6 +82,7 @@ struct Templates {
 
 // The templates of one class: the class template with its members,
 // inheriting `base`, and the class object's template with its statics.
+// `base` is the base class's template, or empty.
 Templates makeTemplates(v8::Isolate* isolate, const ClassEntry& cls, v8::Local<v8::FunctionTemplate> base) {
   v8::Local<v8::FunctionTemplate> classTemplate = newClassTemplate(isolate, cls.templateName);
   for (size_t m = 0; m < cls.methodCount; ++m) {
@@ -123,21 +127,23 @@ void classGetter(v8::Local<v8::Name> /*property*/, const v8::PropertyCallbackInf
   } else {
     constructor = staleTemplates(isolate, cls).constructorTemplate;
   }
-  info.GetReturnValue().Set(constructor->GetFunction(isolate->GetCurrentContext()).ToLocalChecked());
+  // An empty function (an exhausted stack, say) leaves its exception to script.
+  info.GetReturnValue().Set(constructor->GetFunction(isolate->GetCurrentContext()).FromMaybe(v8::Local<v8::Function>()));
 }
 
 // V8 keeps an object with fast properties and sorts its descriptors again
 // after each accessor added to it: hundreds of constants would take
 // quadratic time. An object in dictionary mode takes them in linear time,
 // and adding two properties and deleting the first switches it to that.
-void useDictionaryProperties(v8::Local<v8::Context> context, v8::Local<v8::Object> object) {
+// The exports object is whatever the loading script's module object holds (a
+// Proxy, say): where it throws, its exception is left to that script.
+bool useDictionaryProperties(v8::Local<v8::Context> context, v8::Local<v8::Object> object) {
   v8::Isolate* isolate = context->GetIsolate();
   v8::Local<v8::Symbol> first = v8::Symbol::New(isolate);
   v8::Local<v8::Symbol> second = v8::Symbol::New(isolate);
-  object->Set(context, first, v8::Undefined(isolate)).Check();
-  object->Set(context, second, v8::Undefined(isolate)).Check();
-  object->Delete(context, first).Check();
-  object->Delete(context, second).Check();
+  return object->Set(context, first, v8::Undefined(isolate)).IsJust() &&
+         object->Set(context, second, v8::Undefined(isolate)).IsJust() &&
+         object->Delete(context, first).IsJust() && object->Delete(context, second).IsJust();
 }
 
 }  // namespace
@@ -168,7 +174,7 @@ void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> /*module*/, 
   initTypeTable(module.typeTable, context);
 
   // The fallback template for types without a class.
-  setFallbackTemplate(isolate, newClassTemplate(isolate, "SwigProxy"));
+  setProxyTemplates(isolate, newClassTemplate(isolate, "SwigProxy"));
 
   // Every class starts afresh. What a proxy needs before its class is built
   // (how owned objects are deleted) is set now.
@@ -183,15 +189,19 @@ void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> /*module*/, 
   }
 
   // The constants, read-only, then the classes, in registration order.
-  useDictionaryProperties(context, exports);
+  if (!useDictionaryProperties(context, exports)) return;
   for (size_t c = 0; c < module.constantCount; ++c) {
-    addConstant(context, exports, module.constants[c].name, v8::Integer::New(isolate, module.constants[c].value));
+    if (!addConstant(context, exports, module.constants[c].name, v8::Integer::New(isolate, module.constants[c].value))) {
+      return;
+    }
   }
   for (size_t i = 0; i < module.classCount; ++i) {
-    exports
-        ->SetLazyDataProperty(context, symbol(isolate, module.classes[i].name), classGetter,
-                              v8::Integer::NewFromUnsigned(isolate, (gGeneration << 8) | static_cast<uint32_t>(i)))
-        .Check();
+    if (exports
+            ->SetLazyDataProperty(context, symbol(isolate, module.classes[i].name), classGetter,
+                                  v8::Integer::NewFromUnsigned(isolate, (gGeneration << 8) | static_cast<uint32_t>(i)))
+            .IsNothing()) {
+      return;
+    }
   }
 }
 

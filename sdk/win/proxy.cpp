@@ -4,31 +4,46 @@
 
 #include "errors.h"
 #include "module.h"
+#include "record_arena.h"
 #include "registry.h"
 
 namespace orva::binding {
 namespace {
 
-// The `SwigProxy` template of the latest initialisation; script thread only.
-v8::Persistent<v8::FunctionTemplate> gFallbackTemplate;
+// Script thread of the owning isolate. The `SwigProxy` template of the
+// latest initialisation, and the private key by which a borrowed proxy holds
+// its owner (kept for the isolate's whole ownership).
 v8::Persistent<v8::ObjectTemplate> gFallbackInstance;
+v8::Persistent<v8::Private> gOwnerKey;
 
 }  // namespace
+
+void deleteOwnedObject(ProxyRecord* record) {
+  if (!record->owned || record->ptr == nullptr) return;
+  ClassClientData* data = record->type->clientdata;
+  if (data != nullptr && data->entry != nullptr) data->entry->destroy(record->ptr);
+  record->owned = false;
+  record->ptr = nullptr;
+}
 
 void releaseRecord(ProxyRecord* record, v8::Isolate* isolate) {
   record->handle.ClearWeak();
   record->handle.Reset();
   isolate->AdjustAmountOfExternalAllocatedMemory(-kProxyExternalBytes);
   record->tag = 0;
-  delete record;
+  record->~ProxyRecord();
+  freeRecordSlot(record);
 }
 
 void defaultFinalizer(const v8::WeakCallbackInfo<ProxyRecord>& data) {
   if (ProxyRecord* record = data.GetParameter()) releaseRecord(record, data.GetIsolate());
 }
 
-void attach(v8::Isolate* isolate, v8::Local<v8::Object> object, void* pointer, TypeDescriptor* type, int flags) {
-  auto* record = new ProxyRecord{};
+namespace {
+
+ProxyRecord* attachRecord(v8::Isolate* isolate, v8::Local<v8::Object> object, void* pointer, TypeDescriptor* type,
+                          int flags) {
+  auto* record = new (allocateRecordSlot()) ProxyRecord{};
   isolate->AdjustAmountOfExternalAllocatedMemory(kProxyExternalBytes);
   record->tag = kProxyTag;
   record->ptr = pointer;
@@ -38,28 +53,69 @@ void attach(v8::Isolate* isolate, v8::Local<v8::Object> object, void* pointer, T
   record->handle.Reset(isolate, object);
   Finalizer finalizer = record->owned && type->clientdata != nullptr ? type->clientdata->finalizer : defaultFinalizer;
   record->handle.SetWeak(record, finalizer, v8::WeakCallbackType::kParameter);
+  return record;
+}
+
+// A new object of `type`'s class (or the fallback class) for a non-null
+// pointer; empty when V8 could not make it.
+v8::Local<v8::Object> newInstance(v8::Isolate* isolate, TypeDescriptor* type) {
+  ClassClientData* data = type->clientdata;
+  if (data != nullptr && data->instanceTemplate.IsEmpty()) buildClass(isolate, *data);
+  v8::Local<v8::ObjectTemplate> instanceTemplate =
+      data != nullptr ? data->instanceTemplate.Get(isolate) : gFallbackInstance.Get(isolate);
+  return instanceTemplate->NewInstance(isolate->GetCurrentContext()).FromMaybe(v8::Local<v8::Object>());
+}
+
+}  // namespace
+
+void attach(v8::Isolate* isolate, v8::Local<v8::Object> object, void* pointer, TypeDescriptor* type, int flags) {
+  attachRecord(isolate, object, pointer, type, flags);
 }
 
 // Callers are API callbacks, which run inside a handle scope of their own.
 v8::Local<v8::Value> newProxy(v8::Isolate* isolate, void* pointer, TypeDescriptor* type, int flags) {
   if (pointer == nullptr) return v8::Null(isolate);
-  ClassClientData* data = type->clientdata;
-  if (data != nullptr && data->instanceTemplate.IsEmpty()) buildClass(isolate, *data);
-  v8::Local<v8::ObjectTemplate> instanceTemplate =
-      data != nullptr ? data->instanceTemplate.Get(isolate) : gFallbackInstance.Get(isolate);
-  v8::Local<v8::Object> object = instanceTemplate->NewInstance(isolate->GetCurrentContext()).ToLocalChecked();
-  attach(isolate, object, pointer, type, flags);
+  v8::Local<v8::Object> object = newInstance(isolate, type);
+  if (!object.IsEmpty()) attachRecord(isolate, object, pointer, type, flags);
   return object;
 }
 
-void setFallbackTemplate(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> proxyTemplate) {
-  gFallbackTemplate.Reset(isolate, proxyTemplate);
-  gFallbackInstance.Reset(isolate, proxyTemplate->InstanceTemplate());
+v8::Local<v8::Value> newBorrowedProxy(v8::Isolate* isolate, void* pointer, TypeDescriptor* type,
+                                      v8::Local<v8::Object> owner, Borrow borrow) {
+  if (pointer == nullptr) return v8::Null(isolate);
+  v8::Local<v8::Object> object = newInstance(isolate, type);
+  if (object.IsEmpty()) return object;
+  ProxyRecord* record = attachRecord(isolate, object, pointer, type, 0);
+  // The owner is this module's proxy: the wrapper converted it as its receiver.
+  record->owner = recordOf(owner);
+  record->borrow = borrow;
+  if (object->SetPrivate(isolate->GetCurrentContext(), gOwnerKey.Get(isolate), owner).IsNothing()) return {};
+  return object;
 }
 
-void resetFallbackTemplate() {
-  gFallbackTemplate.Reset();
+void* borrowedPointer(ProxyRecord* record) {
+  if (record->ptr == nullptr) return nullptr;
+  ProxyRecord* owner = record->owner;
+  void* container = livePointer(owner);
+  bool backed = container != nullptr;
+  if (backed && record->borrow == kElement) {
+    // Only containers hand out elements, and every container class says how
+    // to tell whether it still holds one.
+    const ClassEntry* entry = owner->type->clientdata != nullptr ? owner->type->clientdata->entry : nullptr;
+    backed = entry != nullptr && entry->holds != nullptr && entry->holds(container, record->ptr);
+  }
+  if (!backed) record->ptr = nullptr;
+  return record->ptr;
+}
+
+void setProxyTemplates(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> fallback) {
+  if (gOwnerKey.IsEmpty()) gOwnerKey.Reset(isolate, v8::Private::New(isolate));
+  gFallbackInstance.Reset(isolate, fallback->InstanceTemplate());
+}
+
+void resetProxyTemplates() {
   gFallbackInstance.Reset();
+  gOwnerKey.Reset();
 }
 
 void equalsMethod(const v8::FunctionCallbackInfo<v8::Value>& info) {

@@ -4,7 +4,7 @@
 // owns the binding (see module.cpp); nothing is locked. Lifetimes: type
 // descriptors, cast entries, the type table and class client data are static
 // and live until the process ends; proxy records live from proxy creation to
-// finalisation.
+// finalisation, or to the teardown of the environment that made them.
 #pragma once
 
 #include <v8.h>
@@ -70,6 +70,12 @@ struct ModuleTypeTable {
 /// Weak-callback finaliser of one class.
 using Finalizer = void (*)(const v8::WeakCallbackInfo<ProxyRecord>& data);
 
+/// Deletes an owned native object of one class.
+using Destroyer = void (*)(void* object);
+
+/// Whether a container still holds an element it handed out.
+using HoldsTest = bool (*)(void* container, const void* element);
+
 struct ClassEntry;
 
 /// Per script class: its templates and how its owned objects are deleted.
@@ -90,26 +96,41 @@ struct ClassClientData {
   const ClassEntry* entry;
 };
 
+/// How a proxy's object is borrowed from the proxy it was taken from.
+enum Borrow : uint8_t {
+  kNotBorrowed = 0,
+  /// One of the owner's elements: valid while the owner still holds it.
+  kElement = 1,
+  /// A record embedded in the owner: valid while the owner is.
+  kPart = 2,
+};
+
 /// The record behind every proxy: internal field 0 of the script object.
 /// Ownership changes only in `applyOwnership` (type_registry.cpp).
 struct ProxyRecord {
-  /// `kProxyTag` while the record is alive; tells our records from whatever
-  /// another addon keeps in an internal field.
+  /// `kProxyTag` while the record is alive.
   uint32_t tag;
   /// The script side owns `ptr`: the finaliser deletes it.
   bool owned;
-  /// The native object; may be null.
+  /// Whether and how `ptr` is borrowed from `owner`'s object.
+  Borrow borrow;
+  /// The native object; may be null. Read through `livePointer`, which
+  /// turns a borrowed pointer its owner no longer backs into null.
   void* ptr;
   /// Type of `ptr`.
   TypeDescriptor* type;
   /// The proxy itself, weak so that the collector can reclaim it.
   v8::Persistent<v8::Object> handle;
+  /// The record of the proxy `ptr` was borrowed from, or null. That proxy is
+  /// kept alive by this one (a private property of this proxy holds it), so
+  /// the record stays valid as long as this proxy can be used.
+  ProxyRecord* owner;
 };
 
 inline constexpr uint32_t kProxyTag = 0x4f525641;  // "ORVA"
 
-// Four words and a tag: small enough that a million proxies cost 32 MB.
-static_assert(sizeof(ProxyRecord) == 32, "ProxyRecord must stay four words");
+// Five words: a million proxies cost 40 MB of records (in 64-byte slots).
+static_assert(sizeof(ProxyRecord) == 40, "ProxyRecord must stay five words");
 
 /// External memory charged to V8 per proxy, whatever the native size: a
 /// fixed figure keeps collection pressure proportional to proxy count.
@@ -138,6 +159,9 @@ struct ClassEntry {
   size_t typeIndex;
   ClassClientData* clientData;
   Finalizer finalizer;
+  Destroyer destroy;
+  /// For containers that hand out elements: whether one is still held.
+  HoldsTest holds;
   /// Constructor wrapper; null for classes script cannot construct.
   v8::FunctionCallback constructor;
   /// "Class <name> can not be instantiated", for classes without constructor.

@@ -5,6 +5,8 @@
 
 #include <v8.h>
 
+#include "proxy.h"
+#include "record_arena.h"
 #include "records.h"
 
 namespace orva::binding {
@@ -48,11 +50,18 @@ TypeDescriptor* findType(ModuleTypeTable* start, const char* mangledName);
 /// front of the list; null when `source` is not accepted.
 CastEntry* findCast(TypeDescriptor* source, TypeDescriptor* target);
 
-/// The proxy record of `object`, or null when the object is not a proxy.
+/// The proxy record of `object`, or null when the object is not one of this
+/// module's proxies. Another addon's object, or one of Node.js's own, may
+/// keep anything in an internal field: what is there is taken for a record
+/// only once it is known to point at one of the record arena's slots. (Only
+/// objects made from templates have their internal field read as a pointer
+/// without a check that ends the process when it is none.)
 inline ProxyRecord* recordOf(v8::Local<v8::Object> object) {
-  if (object->InternalFieldCount() < 1) return nullptr;
-  auto* record = static_cast<ProxyRecord*>(object->GetAlignedPointerFromInternalField(0));
-  return record != nullptr && record->tag == kProxyTag ? record : nullptr;
+  if (object->InternalFieldCount() != 1 || !object->IsApiWrapper()) return nullptr;
+  void* slot = object->GetAlignedPointerFromInternalField(0);
+  if (!isRecordSlot(slot)) return nullptr;
+  auto* record = static_cast<ProxyRecord*>(slot);
+  return record->tag == kProxyTag ? record : nullptr;
 }
 
 /// Converts a proxy record's pointer to `expected` (null: no type check) and
@@ -73,7 +82,7 @@ inline bool asSelf(v8::Local<v8::Object> object, TypeDescriptor* expected, T** o
   ProxyRecord* record = recordOf(object);
   if (record == nullptr) return false;
   if (record->type == expected) [[likely]] {
-    *out = static_cast<T*>(record->ptr);
+    *out = static_cast<T*>(livePointer(record));
     return true;
   }
   void* pointer = nullptr;

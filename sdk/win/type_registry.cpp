@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "fatal.h"
+#include "proxy.h"
 #include "registry.h"
 
 namespace orva::binding {
@@ -149,7 +150,7 @@ static int applyOwnership(ProxyRecord* record, int flags) {
 }
 
 int convertRecord(ProxyRecord* record, void** out, TypeDescriptor* expected, int flags) {
-  void* pointer = record->ptr;
+  void* pointer = livePointer(record);
   if (expected != nullptr && record->type != expected) {
     CastEntry* cast = findCast(record->type, expected);
     if (cast == nullptr) return kTypeError;
@@ -187,7 +188,7 @@ int pointerOf(v8::Local<v8::Value> value, void** out) {
   if (!value->IsObject()) return kError;
   ProxyRecord* record = recordOf(value.As<v8::Object>());
   if (record == nullptr) return kError;
-  *out = record->ptr;
+  *out = livePointer(record);
   return kOk;
 }
 

@@ -65,8 +65,14 @@ class MalformedDescriptionTest(unittest.TestCase):
         ("bad attribute", "class A\n    new()\n    void F() shiny\n", DescriptionError, ":8: unknown attribute 'shiny'"),
         ("indent outside", "    void F()\n", DescriptionError, ":6: indented line outside"),
         ("disown of a number", "class A\n    new()\n    void F(int x disown)\n", LinkError, "disown applies"),
-        ("throwing overloads", "class A\n    new()\n    void F() throws\n    void F(int x)\n", LinkError,
-         "overloaded members cannot throw"),
+        ("element without holds", "class A\n    new()\n    Orva::Rtc::A * F() element\n", LinkError, "class with 'holds'"),
+        ("holds without element", "class A\n    new()\n    holds true\n    Orva::Rtc::A * F()\n", LinkError,
+         "'holds' without an 'element' member"),
+        ("element by value", "class A\n    new()\n    holds true\n    Orva::Rtc::A F() element\n", LinkError,
+         "'element' does not fit a result by value"),
+        ("ownership of a number", "class A\n    new()\n    int F() owned\n", LinkError, "class results only"),
+        ("by-count with one count", "class A by-count\n    new()\n    new(int x)\n    new(char const * y)\n",
+         LinkError, "distinct argument counts"),
     ]
 
     def test_each_malformed_description_fails_with_its_line(self):

@@ -2,7 +2,8 @@
 // The exports object: exactly the classes and constants, constants read-only.
 const test = require('node:test');
 const assert = require('node:assert/strict');
-const { orva, thrown } = require('./lib/orva');
+const path = require('node:path');
+const { orva, thrown, buildDir } = require('./lib/orva');
 
 const CLASSES = [
   'StringMap', 'ScreenVector', 'WindowVector', 'AsyncResultHandler', 'Settings', 'StringVector', 'Speaker',
@@ -133,5 +134,13 @@ test('an OrvaVideoProccessor has the methods of VideoFrameProcessor through its 
   assert.ok(!Object.getPrototypeOf(orva.VideoFrameProcessor.prototype).hasOwnProperty('AddCropTask'));
   for (const name of ['OnVideoFrame', 'AddCropTask', 'RemoveCropTask', 'ModifyCropTask', 'equals', 'getCPtr']) {
     assert.equal(typeof orva.OrvaVideoProccessor.prototype[name], 'function', name);
+  }
+});
+
+test('an exports object that throws gets its own exception back, and the process goes on', () => {
+  const addon = path.join(buildDir, 'orvaEngine.node');
+  for (const trap of ['defineProperty', 'set', 'deleteProperty']) {
+    const module = { exports: new Proxy({}, { [trap]() { throw new Error(`trap ${trap}`); } }) };
+    assert.throws(() => process.dlopen(module, addon), { message: `trap ${trap}` });
   }
 });

@@ -29,8 +29,37 @@ function random(seed) {
   };
 }
 
+// With a hook installed, Node.js keeps a JavaScript object in an internal
+// field of every promise: an object of another kind with an internal field.
+require('node:async_hooks').createHook({ init() {} }).enable();
+
+const detached = new ArrayBuffer(8);
+structuredClone(detached, { transfer: [detached] });
+const hostile = new Proxy({}, { get() { throw new Error('trap'); }, getPrototypeOf() { throw new Error('trap'); } });
+
 const PRIMITIVES = [undefined, null, true, false, 0, 1, -1, 7.5, -0.5, NaN, Infinity, -Infinity, 2 ** 31, 2 ** 32 + 1,
-  2 ** 53, -(2 ** 63), 1e39, '', 'text', '\u4e2d', '5', {}, [], Symbol('s'), () => 0, 10n];
+  2 ** 53, -(2 ** 63), 1e39, '', 'text', '\u4e2d', '5', {}, [], Symbol('s'), () => 0, 10n,
+  Promise.resolve(1), hostile, { get x() { throw new Error('getter'); } }, Object.create(orva.Camera.prototype),
+  new Uint8Array(new ArrayBuffer(8, { maxByteLength: 16 })), detached, Buffer.alloc(4), new Float64Array(2)];
+
+// Setters that throw on the prototypes every script object and array starts
+// from: the binding builds its arrays and objects from own properties only.
+function withHostilePrototypes(fn) {
+  const keys = ['0', '1', '2', 'length', 'type', 'id', 'name', 'x'];
+  const throwing = { set() { throw new Error('prototype setter'); }, configurable: true };
+  for (const key of keys) {
+    Object.defineProperty(Array.prototype, key === 'length' ? 'lengthish' : key, throwing);
+    Object.defineProperty(Object.prototype, `${key}_`, throwing);
+  }
+  try {
+    return fn();
+  } finally {
+    for (const key of keys) {
+      delete Array.prototype[key === 'length' ? 'lengthish' : key];
+      delete Object.prototype[`${key}_`];
+    }
+  }
+}
 
 function engineObjects() {
   const sdk = orva.OrvaEngine.SDK();
@@ -42,9 +71,14 @@ function engineObjects() {
   };
 }
 
-// One object of every class that has one: made, or borrowed from the engine.
+// One object of every class that has one: made, or borrowed from the engine
+// or from a container that may move it.
 function instances() {
   const objects = engineObjects();
+  const screens = new orva.ScreenVector(2);
+  objects.Screen = screens.get(1);
+  objects.Rect = objects.Screen.rect;
+  objects.ScreenVector = screens;
   for (const name of Object.keys(orva)) {
     if (typeof orva[name] !== 'function' || objects[name]) continue;
     try {
@@ -80,6 +114,15 @@ function check(fn, label) {
 }
 
 test('every method, constructor and accessor under generated arguments', () => {
+  const calls = withHostilePrototypes(callEverything);
+  assert.ok(calls > 20000, `only ${calls} calls`);
+  // The engine that all this went through still answers.
+  assert.equal(typeof orva.OrvaEngine.SDK().GetVersion(), 'string');
+  orva.OrvaEngine.SDK().Terminate();
+  control().clearJournal();
+});
+
+function callEverything() {
   const next = random(20261122);
   const objects = instances();
   const pool = () => {
@@ -135,10 +178,17 @@ test('every method, constructor and accessor under generated arguments', () => {
       }
     }
   }
-  assert.ok(calls > 20000, `only ${calls} calls`);
-  console.log('calls', calls);
-  // The engine that all this went through still answers.
-  assert.equal(typeof orva.OrvaEngine.SDK().GetVersion(), 'string');
-  orva.OrvaEngine.SDK().Terminate();
-  control().clearJournal();
+  return calls;
+}
+
+test('arrays of proxies are built from own properties only', () => {
+  const wrapper = new orva.OrvaEngineWrapper();
+  const settings = new orva.Settings();
+  settings.add('environment', 'prod');
+  assert.equal(wrapper.initialize(settings, null), 0);
+  const sources = withHostilePrototypes(() => wrapper.getScreenCaptureSources());
+  assert.ok(sources.length > 0);
+  assert.ok(sources.every((source) => Object.getPrototypeOf(source) === Object.getPrototypeOf(sources[0])));
+  assert.equal(typeof sources[0].title, 'string');
+  wrapper.destroy();
 });

@@ -8,7 +8,7 @@ from dataclasses import dataclass, field
 from typing import Optional
 
 from . import names
-from .model import Class, Description, Dispatcher, Enum, Field, Function, Native, Param, TypeRef
+from .model import Class, Description, Dispatcher, Enum, Field, Function, Native, Ownership, Param, TypeRef
 
 
 class LinkError(Exception):
@@ -181,16 +181,26 @@ class Linker:
                 self.fail(function.line, f"{param.written} cannot be passed")
         if function.kind != "new":
             function.result = self.resolve(function.returns, function.line)
-            result = function.result
-            if result.kind == "object":
-                if result.form == "value" and function.ownership not in ("", "owned", "array"):
-                    self.fail(function.line, "a result by value is always an owned copy")
-                if result.form != "value" and function.ownership not in ("", "borrowed", "owned"):
-                    self.fail(function.line, f"bad ownership '{function.ownership}' for a pointer result")
-            if function.ownership == "array" and not result.cpp.startswith("std::vector<"):
-                self.fail(function.line, "array results must be vectors")
-        if function.throws and function.kind == "new":
-            self.fail(function.line, "constructors cannot throw")
+            self.link_ownership(cls, function)
+
+    def link_ownership(self, cls: Class, function: Function):
+        """Checks the written policy against the result and fills in the default."""
+        result = function.result
+        by_value = result.kind == "object" and result.form == "value"
+        written = function.ownership
+        if written is None:
+            function.ownership = Ownership.default_for(by_value)
+            return
+        if result.kind != "object":
+            self.fail(function.line, f"'{written.value}' applies to class results only")
+        allowed = {Ownership.OWNED, Ownership.ARRAY} if by_value else {Ownership.OWNED, Ownership.BORROWED,
+                                                                        Ownership.ELEMENT}
+        if written not in allowed:
+            self.fail(function.line, f"'{written.value}' does not fit a result {'by value' if by_value else 'by pointer'}")
+        if written is Ownership.ARRAY and not result.cpp.startswith("std::vector<"):
+            self.fail(function.line, "array results must be vectors")
+        if written is Ownership.ELEMENT and (cls.holds is None or function.kind != "method"):
+            self.fail(function.line, f"'element' results need a method of a class with 'holds' ({cls.name})")
 
     def link_class(self, cls: Class, index: int, descriptor: Descriptor) -> LinkedClass:
         constructors, members = [], []
@@ -198,10 +208,7 @@ class Linker:
 
         def flush():
             if pending:
-                group = Member(kind=pending[0].kind, name=pending[0].name, signatures=self.signatures(pending))
-                if any(sig.function.throws for sig in group.signatures) and group.overloaded:
-                    self.fail(pending[0].line, "overloaded members cannot throw")
-                members.append(group)
+                members.append(Member(kind=pending[0].kind, name=pending[0].name, signatures=self.signatures(pending)))
                 pending.clear()
 
         for member in cls.members:
@@ -239,6 +246,14 @@ class Linker:
         if not cls.abstract and not constructors:
             self.fail(cls.line, f"class {cls.name} needs a constructor or 'abstract'")
         constructor = Member(kind="new", name="", signatures=self.signatures(constructors)) if constructors else None
+        if cls.by_count:
+            counts = [len(signature.params) for signature in constructor.signatures] if constructor else []
+            if len(set(counts)) != len(counts) or len(counts) < 2:
+                self.fail(cls.line, f"{cls.name}: 'by-count' needs constructors of distinct argument counts")
+        if cls.holds is not None and not any(
+                m.kind == "method" and any(s.function.ownership is Ownership.ELEMENT for s in m.signatures)
+                for m in members):
+            self.fail(cls.line, f"{cls.name}: 'holds' without an 'element' member")
         is_static = lambda m: m.kind == "static" or (m.native is not None and m.native.static)  # noqa: E731
         return LinkedClass(
             cls=cls, index=index, descriptor=descriptor, constructor=constructor,

@@ -6,7 +6,42 @@ written type to a `TypeRef` and checks the whole; the renderers only read.
 from __future__ import annotations
 
 from dataclasses import dataclass, field
+from enum import Enum as _Enum
 from typing import Optional
+
+
+class Ownership(_Enum):
+    """What a proxy returned by a member may do with its native object, and
+    what keeps that object alive. Written after a member's parameter list;
+    a member that names none gets its result's default (`default_for`)."""
+
+    OWNED = "owned"
+    """The proxy owns the object and deletes it when it is collected: every
+    result by value (copied into a new heap object), and pointer results the
+    native side hands over."""
+
+    BORROWED = "borrowed"
+    """Someone else (the engine) keeps the object alive for as long as script
+    may use it; the proxy never deletes it. The default of pointer and
+    reference results."""
+
+    ELEMENT = "element"
+    """One of the receiver's elements. The proxy keeps the receiver's proxy
+    alive, and turns into a null proxy once the receiver no longer holds the
+    element (its storage moved, or the element was removed): the receiver's
+    class says how to tell, with `holds`."""
+
+    PART = "part"
+    """A record embedded in the receiver (what field getters return). The
+    proxy keeps the receiver's proxy alive and is valid while the receiver
+    is. Not written in descriptions: fields imply it."""
+
+    ARRAY = "array"
+    """A vector result: a script array of owned copies of its elements."""
+
+    @staticmethod
+    def default_for(by_value: bool) -> "Ownership":
+        return Ownership.OWNED if by_value else Ownership.BORROWED
 
 
 @dataclass
@@ -64,9 +99,8 @@ class Function:
     returns: str             # written result type ("" for constructors)
     params: list[Param]
     const: bool = False      # const member: the receiver is `T const *`
-    ownership: str = ""      # "owned" | "borrowed" | "array" | ""
+    ownership: Optional[Ownership] = None   # as written; the linker fills in the default
     call: Optional[str] = None   # C++ expression; default self->name(args)
-    throws: bool = False     # native code may throw std::exception; its text is thrown
     line: int = 0
     result: Optional["TypeRef"] = None
 
@@ -104,6 +138,12 @@ class Class:
     base: Optional[str]
     abstract: bool
     line: int
+    # Constructor overloads are chosen by argument count alone, and the chosen
+    # form's own messages are thrown (instead of the class's generic one).
+    by_count: bool = False
+    # C++ expression telling whether `*self` still holds `element` (a pointer
+    # an `element` member returned); needed by classes with such members.
+    holds: Optional[str] = None
     members: list = field(default_factory=list)   # Function | Field | Native | Dispatcher, in order
 
 

@@ -13,11 +13,12 @@ binding knows; indented lines below `enum` and `class` declare their contents:
     enum Orva::Rtc::VideoSource                    # `enum class` exports <Enum>_<name>
         CameraSource = 0
 
-    class CameraList [= <C++ type>] [as "<written name>"] [: <Base>] [abstract]
+    class CameraList [= <C++ type>] [as "<written name>"] [: <Base>] [abstract] [by-count]
         new()
         new(Orva::Rtc::CameraList const & other)
+        holds orva::binding::listHolds(*self, element)
         int Size()
-        Orva::Rtc::Camera * Get(int index) borrowed
+        Orva::Rtc::Camera * Get(int index) element
         static Orva::Rtc::OrvaEngine * SDK() borrowed
         std::string toString() const call orva::diagnostics::text(*self)
         field x int
@@ -25,9 +26,16 @@ binding knows; indented lines below `enum` and `class` declare their contents:
         dispatcher Initialize
 
 Parameters are written types, optionally followed by a name, `= default`
-and `disown`. Member attributes after the parameter list: `const`, one of
-`owned`/`borrowed`/`array`, `throws`, and `call <C++ expression>` (last),
-where `self` is the receiver and `arg2`, `arg3`, ... the converted arguments.
+and `disown`. Member attributes after the parameter list: `const`, an
+ownership policy (model.Ownership: `owned`, `borrowed`, `element`, `array`),
+and `call <C++ expression>` (last), where `self` is the receiver and `arg2`,
+`arg3`, ... the converted arguments. Whatever a native call throws reaches
+script as an Error with the exception's text.
+
+`by-count` makes the class's constructor overloads be chosen by argument
+count alone, each throwing its own messages. `holds` gives the C++ test of
+whether `*self` still holds `element`, a pointer one of its `element`
+members returned.
 """
 from __future__ import annotations
 
@@ -35,7 +43,7 @@ import re
 from typing import Optional
 
 from . import names
-from .model import Alias, Class, Description, Dispatcher, Enum, Field, Function, Native, Param, TypeDecl
+from .model import Alias, Class, Description, Dispatcher, Enum, Field, Function, Native, Ownership, Param, TypeDecl
 
 
 class DescriptionError(Exception):
@@ -48,7 +56,8 @@ _TYPE_WORDS = {
     "int8_t", "int16_t", "int32_t", "int64_t", "uint8_t", "uint16_t", "uint32_t", "uint64_t", "size_t",
 }
 _NAME = re.compile(r"^[a-z_][A-Za-z0-9_]*$")
-_ATTRIBUTES = {"const", "owned", "borrowed", "array", "throws"}
+# Ownership policies a description may write; `part` belongs to fields.
+_OWNERSHIP = {policy.value: policy for policy in Ownership if policy is not Ownership.PART}
 
 
 def _strip_comment(line: str) -> str:
@@ -169,7 +178,10 @@ class Parser:
             self.fail(number, f"unknown declaration '{keyword}'")
 
     def class_header(self, number: int, rest: str) -> Class:
-        """`Name [= C++ type] [as "written"] [ : Base] [abstract]`, read from the end."""
+        """`Name [= C++ type] [as "written"] [ : Base] [abstract] [by-count]`, read from the end."""
+        by_count = rest.endswith(" by-count")
+        if by_count:
+            rest = rest[: -len(" by-count")]
         abstract = rest.endswith(" abstract")
         if abstract:
             rest = rest[: -len(" abstract")]
@@ -187,7 +199,7 @@ class Parser:
             self.fail(number, f"bad class name '{name}'")
         cpp = _normalize(cpp) if cpp.strip() else f"Orva::Rtc::{name}"
         return Class(name=name, cpp=cpp, written=written or names.written_name(cpp), base=base, abstract=abstract,
-                     line=number)
+                     line=number, by_count=by_count)
 
     def member(self, number: int, line: str):
         if isinstance(self.container, Enum):
@@ -208,6 +220,10 @@ class Parser:
                 self.fail(number, f"bad native member '{line}'")
             cls.members.append(Native(name=match[2], callback=match[3], ts=match[4], static=bool(match[1]),
                                       line=number))
+        elif line.startswith("holds "):
+            if cls.holds is not None:
+                self.fail(number, "a class has one 'holds'")
+            cls.holds = line[len("holds "):].strip()
         elif line.startswith("dispatcher "):
             cls.members.append(Dispatcher(name=line.split()[1], line=number))
         else:
@@ -237,14 +253,12 @@ class Parser:
             tail, _, expression = f" {tail} ".partition(" call ")
             function.call = expression.strip()
         for word in tail.split():
-            if word not in _ATTRIBUTES:
-                self.fail(number, f"unknown attribute '{word}'")
             if word == "const":
                 function.const = True
-            elif word == "throws":
-                function.throws = True
+            elif word in _OWNERSHIP and function.ownership is None:
+                function.ownership = _OWNERSHIP[word]
             else:
-                function.ownership = word
+                self.fail(number, f"unknown attribute '{word}'")
         return function
 
 
