@@ -49,7 +49,9 @@ int main() {
   const diagnostics::Console console{std::cout, std::cerr};
   const auto name = diagnostics::prepareLogDirectory(
       "C:\\orva-check", [](const char*, int value) { return value; }, std::chrono::system_clock::now(), console);
-  return static_cast<int>(modes.size() + shared + name.has_value() + platform::isWindow(0)) & 1;
+  void* reserved = platform::reserveAddressSpace(1 << 20);
+  const bool committed = reserved != nullptr && platform::commitMemory(reserved, 1 << 16);
+  return static_cast<int>(modes.size() + shared + name.has_value() + platform::isWindow(0) + committed) & 1;
 }
 CPP
 main_object=$(compile "$OUT/main.cpp")
