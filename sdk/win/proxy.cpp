@@ -30,7 +30,6 @@ void releaseRecord(ProxyRecord* record, v8::Isolate* isolate) {
   record->handle.ClearWeak();
   record->handle.Reset();
   isolate->AdjustAmountOfExternalAllocatedMemory(-kProxyExternalBytes);
-  record->tag = 0;
   record->~ProxyRecord();
   freeRecordSlot(record);
 }

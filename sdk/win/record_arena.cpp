@@ -1,6 +1,7 @@
 #include "record_arena.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 #include <vector>
 
@@ -76,6 +77,9 @@ void* allocateRecordSlot() {
 }
 
 void freeRecordSlot(void* slot) {
+  // Zeroed after the record's lifetime has ended, so that no store of the
+  // record's own is dropped as dead: a free slot reads a tag of zero.
+  std::memset(slot, 0, arena::kSlotBytes);
   gFreeSlots.push_back(slot);
   ORVA_POISON_SLOT(slot);
 }

@@ -31,7 +31,8 @@ extern size_t gUsedBytes;
 /// the reservation is exhausted or the system gives no memory.
 void* allocateRecordSlot();
 
-/// Gives a record's slot back (the record is already destroyed).
+/// Gives a record's slot back (the record is already destroyed); the slot
+/// reads as zeros from now on.
 void freeRecordSlot(void* slot);
 
 /// Calls `visit(slot)` for every slot handed out so far, free ones included
