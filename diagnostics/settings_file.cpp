@@ -15,6 +15,8 @@ constexpr int kPieceCapacity = 1024;
 
 }  // namespace
 
+bool shouldReadSettingsFile(bool regular, uint64_t size) { return regular && size <= kMaxSettingsFileBytes; }
+
 void readSettingsLines(std::FILE* file, const AddSetting& add) {
   char piece[kPieceCapacity];
   while (std::fgets(piece, sizeof(piece), file) != nullptr) {
@@ -39,8 +41,11 @@ void loadSettingsFileBeside(const std::string& modulePath, char separator, const
   if (!platform::pathExists(path)) {
     return;
   }
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(platform::openFile(path, "rb"), &std::fclose);
-  if (file == nullptr) {
+  // Opened first, then judged by what was opened: a check of the path before
+  // opening it could be answered by another file than the one read.
+  const platform::OpenedFile opened = platform::openForReading(path);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(opened.file, &std::fclose);
+  if (file == nullptr || !shouldReadSettingsFile(opened.regular, opened.size)) {
     return;
   }
   readSettingsLines(file.get(), add);

@@ -38,6 +38,23 @@ int createDirectories(const std::string& utf8);
 /// fopen with a UTF-8 path; null on failure.
 std::FILE* openFile(const std::string& utf8, const char* mode);
 
+/// A file opened by openForReading, described by the open file itself: what
+/// is read is what was described, whatever the path points at a moment later.
+struct OpenedFile {
+  /// Binary reading from the start; null when the open failed. The caller
+  /// closes it.
+  std::FILE* file;
+  /// A plain file with its data on a disk, not a directory, device, pipe or
+  /// socket.
+  bool regular;
+  /// The size in bytes of a regular file when opened; 0 for anything else.
+  uint64_t size;
+};
+
+/// Opens a path for binary reading without waiting for anything: a pipe with
+/// no writer or a device opens at once (or fails) instead of blocking.
+OpenedFile openForReading(const std::string& utf8);
+
 /// Reserves `bytes` of address space with no memory behind it yet; null
 /// when the system refuses. The reservation lasts until the process ends.
 void* reserveAddressSpace(size_t bytes);

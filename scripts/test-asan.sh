@@ -10,6 +10,7 @@ configure build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITH
   -DORVA_SANITIZE=address,undefined
 cmake --build build-asan --parallel "$JOBS"
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+# Each GoogleTest program runs whole and shuffled, as in scripts/test.sh.
 ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure --parallel "$JOBS"
 LD_PRELOAD=$(gcc -print-file-name=libasan.so):$(gcc -print-file-name=libubsan.so) \
   ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 \

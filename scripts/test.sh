@@ -4,6 +4,8 @@ source "$(dirname "$0")/lib.sh"
 npm_deps
 "$ROOT/scripts/build.sh"
 
+# Each GoogleTest program runs whole, its cases shuffled (test/native), beside
+# the generator's tests.
 echo "== native and generator tests"
 ctest --test-dir build --output-on-failure --parallel "$JOBS"
 
@@ -16,7 +18,7 @@ npx --no-install tsc -p test/ts
 echo "== event queue under ThreadSanitizer"
 configure build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" -DORVA_SANITIZE=thread
 cmake --build build-tsan --parallel "$JOBS" --target bridge_queue_tests
-TSAN_OPTIONS=halt_on_error=1 build-tsan/bridge_queue_tests
+TSAN_OPTIONS=halt_on_error=1 build-tsan/bridge_queue_tests --gtest_shuffle
 
 echo "== Win32 backend with the MinGW-w64 cross compiler"
 "$ROOT/scripts/check-win32.sh"

@@ -1,5 +1,7 @@
 // Files and directories by path.
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -37,5 +39,25 @@ int createDirectories(const std::string& utf8) {
 }
 
 std::FILE* openFile(const std::string& utf8, const char* mode) { return std::fopen(utf8.c_str(), mode); }
+
+OpenedFile openForReading(const std::string& utf8) {
+  // Without O_NONBLOCK, opening a FIFO for reading waits for a writer, maybe
+  // forever. A regular file reads the same either way. O_NOCTTY: a terminal
+  // named here must not become the process's controlling terminal.
+  const int fd = ::open(utf8.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (fd < 0) {
+    return {nullptr, false, 0};
+  }
+  // Asked of the descriptor, not the path: the path may have been replaced
+  // since it was opened.
+  struct stat info {};
+  std::FILE* file = ::fstat(fd, &info) == 0 ? ::fdopen(fd, "rb") : nullptr;
+  if (file == nullptr) {
+    ::close(fd);
+    return {nullptr, false, 0};
+  }
+  const bool regular = S_ISREG(info.st_mode);
+  return {file, regular, regular ? static_cast<uint64_t>(info.st_size) : 0};
+}
 
 }  // namespace orva::platform

@@ -8,6 +8,15 @@
 
 namespace orva::loopback::control {
 
+void reset() {
+  core().parts.reset();
+  resetCrashReportClient();
+  auto& journal = loopback::journal();
+  journal.clearCalls();
+  journal.clearCrashReports();
+  journal.clearLogLines();
+}
+
 std::vector<std::string> journal() { return loopback::journal().calls(); }
 void clearJournal() { loopback::journal().clearCalls(); }
 

@@ -15,6 +15,14 @@ namespace orva::loopback::control {
 
 namespace rtc = Orva::Rtc;
 
+// Returns the engine to what a fresh process finds: stopped as by destroy
+// (an open session reports Leaved first), the machine's devices with their
+// initial selection and levels, no session, group, echo test, audio file,
+// transcoding or media setting, the settings of earlier initialisations
+// forgotten, the crash-report client not created, and the three journals
+// below empty. Live-instance counts stay: they count objects that exist.
+ORVA_API void reset();
+
 // The call journal: one `Interface.member(args)` line per call, oldest first.
 ORVA_API std::vector<std::string> journal();
 ORVA_API void clearJournal();

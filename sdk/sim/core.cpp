@@ -21,6 +21,20 @@ void CoreParts::start(rtc::Settings* settings) {
 
 void CoreParts::stop() {
   std::lock_guard lock(lifecycle_);
+  stopLocked();
+}
+
+void CoreParts::reset() {
+  std::lock_guard lock(lifecycle_);
+  stopLocked();
+  base_ = Config{};
+  session.reset();
+  files.configure(base_);
+  device.reset();
+  media.with([](MediaState& m) { m = MediaState{}; });
+}
+
+void CoreParts::stopLocked() {
   raisers.stop();
   session.leaveNow();
   transcoder.halt();

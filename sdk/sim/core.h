@@ -32,4 +32,7 @@ class Core {
 
 Core& core();
 
+// The crash-report client back to not created and enabled (statics.cpp).
+void resetCrashReportClient();
+
 }  // namespace orva::loopback

@@ -48,6 +48,11 @@ class CoreParts {
   // Leaves any session (Leaved is reported first), stops and joins every
   // engine thread and forgets every registration. Idempotent.
   void stop();
+  // stop(), then every part's state back to what a fresh engine has: the
+  // machine's devices and levels, no session, group, echo test, file or
+  // media setting, and the settings of earlier initialisations forgotten.
+  // Any thread but an engine one.
+  void reset();
   bool running() { return scheduler.running(); }
   // removeEventHandler: forgets the registrations and waits out calls.
   void forget(rtc::OrvaEngineListener* listener, rtc::VideoFrameProcessor* processor);
@@ -55,7 +60,9 @@ class CoreParts {
   void logInfo(const std::string& text) { log.write("info", text); }
 
  private:
-  std::mutex lifecycle_;  // serialises start() and stop(); guards base_
+  void stopLocked();
+
+  std::mutex lifecycle_;  // serialises start(), stop() and reset(); guards base_
   Config base_;
 };
 

@@ -250,6 +250,11 @@ void DeviceCore::openCameraAsync(int index, rtc::AsyncResultHandler* handler) {
   if (handler != nullptr) events_.later({}, [=] { handler->onAsyncResult(result); });
 }
 
+void DeviceCore::reset() {
+  std::lock_guard lock(mutex_);
+  state_ = loopbackDevices();
+}
+
 void DeviceCore::closeAll() {
   std::vector<std::string> cameras;
   std::vector<uint64_t> screens;

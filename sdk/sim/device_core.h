@@ -71,6 +71,8 @@ class DeviceCore {
   int startSpeakerTest(const char* audioFile, rtc::AsyncResultHandler* handler);
   void openCameraAsync(int index, rtc::AsyncResultHandler* handler);
   void closeAll();
+  // Back to the machine's devices with nothing selected, set or captured.
+  void reset();
 
   // Drops `processor` wherever a capture path holds it.
   void forgetProcessor(rtc::VideoFrameProcessor* processor);

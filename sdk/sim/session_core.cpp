@@ -234,6 +234,24 @@ int SessionCore::lastError() {
   return lastError_;
 }
 
+void SessionCore::reset() {
+  std::lock_guard lock(mutex_);
+  base_ = config_ = Config{};
+  room_.clear();
+  state_ = rtc::Init;
+  ++generation_;  // a task of the forgotten session, should one survive, stays stale
+  lastError_ = 0;
+  audioPublished_ = videoPublished_ = false;
+  audioSending_ = videoSending_ = false;
+  localMuted_ = false;
+  peerUp_ = false;
+  videoWidth_ = 1280;
+  videoHeight_ = 720;
+  group_.clear();
+  ++echoGeneration_;
+  echoRunning_ = false;
+}
+
 bool SessionCore::joined() {
   std::lock_guard lock(mutex_);
   return state_ == rtc::Joined;

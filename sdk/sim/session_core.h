@@ -38,6 +38,9 @@ class SessionCore {
   // the event thread); used when the engine shuts down.
   void leaveNow();
   int lastError();
+  // Forgets the session, group, echo test and configuration, as if never
+  // joined. Call only with the engine stopped: nothing is reported.
+  void reset();
 
   void publishAudio();
   void unpublishAudio();
@@ -70,6 +73,8 @@ class SessionCore {
   DeviceCore& device_;
   rtc::MediaChannel* channel_ = nullptr;  // set once at construction time
 
+  // reset() puts every field below back to its initial value, except the
+  // generations, which only ever grow; a field added here is added there.
   std::mutex mutex_;  // guards every field below
   Config base_;       // from initialisation
   Config config_;     // of the current session

@@ -8,9 +8,27 @@
 
 #include "core.h"
 
+namespace orva::loopback {
+namespace {
+// Whether the crash-report client was created and is enabled. The loopback
+// files every report in the crash-report journal either way, so tests see
+// what would have been sent. Any thread.
+std::atomic<bool> g_sentryCreated{false};
+std::atomic<bool> g_sentryEnabled{true};
+}  // namespace
+
+void resetCrashReportClient() {
+  g_sentryCreated = false;
+  g_sentryEnabled = true;
+}
+
+}  // namespace orva::loopback
+
 namespace Orva::Rtc {
 
 using orva::loopback::core;
+using orva::loopback::g_sentryCreated;
+using orva::loopback::g_sentryEnabled;
 using orva::loopback::journal;
 using orva::loopback::noteCall;
 
@@ -25,14 +43,6 @@ RtcEngine* RtcEngine::SDK() {
 }
 
 void RtcEngine::EnableSocketServer() { noteCall("RtcEngine", "EnableSocketServer"); }
-
-namespace {
-// Whether the crash-report client was created and is enabled. The loopback
-// files every report in the crash-report journal either way, so tests see
-// what would have been sent. Any thread.
-std::atomic<bool> g_sentryCreated{false};
-std::atomic<bool> g_sentryEnabled{true};
-}  // namespace
 
 void OrvaEngine::destroyOrvaSentry(bool flush) {
   noteCall("OrvaEngine", "destroyOrvaSentry", flush);

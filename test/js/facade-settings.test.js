@@ -36,17 +36,30 @@ function removeSettingsFile() {
 test.before(() => {
   if (fs.existsSync(settingsFile)) previous = fs.readFileSync(settingsFile);
 });
-const started = [];
 test.after(() => {
-  for (const wrapper of started) wrapper.destroy();
   if (previous === null) removeSettingsFile();
   else fs.writeFileSync(settingsFile, previous);
 });
 
+// A session's state changes reach the event handler on engine threads, which
+// then call the engine (journal lines) after the call that caused them has
+// returned. Destroying the engine leaves the session and joins those threads,
+// so after each test nothing more is written into the next one's journal.
+// Every wrapper stays referenced until the file ends: a collected wrapper
+// lets go of the engine, which is a journal line too, whenever collection runs.
+const wrappers = [];
+let running = [];
+function stopEngine() {
+  for (const wrapper of running) wrapper.destroy();
+  running = [];
+}
+test.afterEach(stopEngine);
+
 /** A new wrapper initialised with `entries`; the settings text of its initialize line. */
 function initialized(entries) {
   const wrapper = new Wrapper();
-  started.push(wrapper);
+  wrappers.push(wrapper);
+  running.push(wrapper);
   let result;
   const lines = journalOf(() => { result = wrapper.initialize(settings(entries), null); });
   assert.equal(result, 0);
@@ -89,13 +102,12 @@ test('enterRoom adds the settings file after an initialize in "dev", not after o
   assert.deepEqual(callsOf(() => { result = dev.enterRoom('room-dev', settings({ role: 'host' })); }),
     [`OrvaEngine.enterRoom("room-dev", {"role":"host",${FILE_ENTRIES}})`]);
   assert.equal(result, 0);
-  dev.exitRoom();
+  stopEngine();
 
   const prod = initialized({ environment: 'prod', ...FAST }).wrapper;
   assert.deepEqual(callsOf(() => { result = prod.enterRoom('room-prod', settings({ role: 'host' })); }),
     ['OrvaEngine.enterRoom("room-prod", {"role":"host"})']);
   assert.equal(result, 0);
-  prod.exitRoom();
 });
 
 test("createOrvaSentry adds the settings file before the engine's call, whatever the environment", () => {

@@ -45,7 +45,7 @@ TEST(PrepareEngineLog, ReadsCleanupSettingsAndAddsTheLogFile) {
 }
 
 TEST(ReportError, SendsReportedTextsTaggedOrva) {
-  loopback::control::clearCrashReports();
+  loopback::control::reset();
   reportError(Orva::Rtc::ERROR_TYPE_WARNING, 3, 3, "m");
   reportError(Orva::Rtc::ERROR_TYPE_WARNING, 3, -4, "routine");
   reportError(Orva::Rtc::ERROR_TYPE_WARNING, 2, -1, "microphone");

@@ -1,7 +1,15 @@
-// The settings file, read from real files.
+// The settings file, read from real files, FIFOs and devices.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
+#include <future>
+#include <memory>
+#include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -56,31 +64,80 @@ TEST(SettingsFile, LinesBecomeKeyValuePairs) {
   }
 }
 
+// Loads the settings file beside `module` on another thread, so that a load
+// that blocks or never ends fails the test instead of hanging it: after a
+// generous wait the answer is no answer (nullopt). A reader stuck on a FIFO is
+// then let go by opening and closing the FIFO's write end.
+std::optional<Pairs> loadBounded(const std::string& module) {
+  constexpr auto kGenerous = std::chrono::seconds(10);
+  auto done = std::make_shared<std::promise<Pairs>>();
+  std::future<Pairs> result = done->get_future();
+  std::thread loader([done, module] {
+    Pairs pairs;
+    loadSettingsFileBeside(module, '/', collectInto(pairs));
+    done->set_value(std::move(pairs));
+  });
+  if (result.wait_for(kGenerous) == std::future_status::ready) {
+    loader.join();
+    return result.get();
+  }
+  const int writer = ::open((fs::path(module).parent_path() / "orva_setting.txt").c_str(), O_WRONLY | O_NONBLOCK);
+  if (writer >= 0) ::close(writer);
+  // The loader owns all it touches, so one that never ends can be left behind.
+  if (result.wait_for(kGenerous) == std::future_status::ready) {
+    loader.join();
+  } else {
+    loader.detach();
+  }
+  return std::nullopt;
+}
+
+// "first:1", lines without a colon, and "last:2" without a line end: a
+// settings file of exactly `bytes` bytes with two settings.
+std::string twoSettingsIn(uint64_t bytes) {
+  const std::string head = "first:1\n";
+  const std::string tail = "last:2";
+  return head + std::string(bytes - head.size() - tail.size() - 1, 'x') + "\n" + tail;
+}
+
 TEST(SettingsFile, FoundBesideTheModuleAfterItsLastSeparator) {
   TempDir dir;
   fs::create_directory(dir / "addon.d");
   writeFile(dir / "orva_setting.txt", "from:parent\n");
   writeFile(dir / "addon.d" / "orva_setting.txt", "from:beside\n");
-  Pairs pairs;
-  loadSettingsFileBeside((dir / "addon.d" / "orva.node").string(), '/', collectInto(pairs));
-  EXPECT_EQ(pairs, (Pairs{{"from", "beside"}}));
+  EXPECT_EQ(loadBounded((dir / "addon.d" / "orva.node").string()), (Pairs{{"from", "beside"}}));
+  EXPECT_EQ(loadBounded("orva.node"), Pairs{}) << "a module path without a separator";
 }
 
-TEST(SettingsFile, LoadIsSilentWhenThereIsNothingToRead) {
-  TempDir dir;
-  fs::create_directory(dir / "empty");
-  fs::create_directory(dir / "unreadable");
-  // A directory of that name exists and opens, but reading it fails.
-  fs::create_directory(dir / "unreadable" / "orva_setting.txt");
-  const std::string modules[] = {
-      "orva.node",                                  // no separator at all
-      (dir / "empty" / "orva.node").string(),       // no file
-      (dir / "unreadable" / "orva.node").string(),  // read error
+TEST(SettingsFile, OnlyARegularFileWithinTheLimitIsRead) {
+  const Pairs both = {{"first", "1"}, {"last", "2"}};
+  // Each case places something at the settings file's path, or nothing.
+  const struct {
+    const char* name;
+    std::function<void(const fs::path&)> place;
+    Pairs expected;
+  } cases[] = {
+      {"exactly at the limit", [](const fs::path& p) { writeFile(p, twoSettingsIn(kMaxSettingsFileBytes)); }, both},
+      {"a link to a file",
+       [](const fs::path& p) {
+         writeFile(p.parent_path() / "real.txt", twoSettingsIn(100));
+         fs::create_symlink(p.parent_path() / "real.txt", p);
+       },
+       both},
+      {"one byte over the limit",
+       [](const fs::path& p) { writeFile(p, twoSettingsIn(kMaxSettingsFileBytes + 1)); },
+       {}},
+      {"nothing", [](const fs::path&) {}, {}},
+      {"a directory", [](const fs::path& p) { fs::create_directory(p); }, {}},
+      {"a FIFO without a writer", [](const fs::path& p) { EXPECT_EQ(::mkfifo(p.c_str(), 0600), 0); }, {}},
+      // Neither ever ends; random bytes would also add settings.
+      {"a link to /dev/zero", [](const fs::path& p) { fs::create_symlink("/dev/zero", p); }, {}},
+      {"a link to /dev/urandom", [](const fs::path& p) { fs::create_symlink("/dev/urandom", p); }, {}},
   };
-  for (const std::string& module : modules) {
-    Pairs pairs;
-    loadSettingsFileBeside(module, '/', collectInto(pairs));
-    EXPECT_TRUE(pairs.empty()) << module;
+  for (const auto& c : cases) {
+    TempDir dir;
+    c.place(dir / "orva_setting.txt");
+    EXPECT_EQ(loadBounded((dir / "orva.node").string()), c.expected) << c.name;
   }
 }
 

@@ -3,6 +3,7 @@
 // MediaDevice share one state.
 #include <gtest/gtest.h>
 
+#include "control.h"
 #include "sim_recorder.h"
 
 namespace {
@@ -11,7 +12,10 @@ using namespace sim_test;
 
 class DeviceTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_EQ(engine->initialize(nullptr, &recorder), 0); }
+  void SetUp() override {
+    orva::loopback::control::reset();
+    ASSERT_EQ(engine->initialize(nullptr, &recorder), 0);
+  }
   void TearDown() override { engine->destroy(); }
 
   rtc::OrvaEngine* engine = rtc::OrvaEngine::SDK();

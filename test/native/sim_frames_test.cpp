@@ -25,6 +25,7 @@ rtc::LocalMediaTranscodingSource source(rtc::LocalMediaTranscodingSourceType typ
 class FramesTest : public ::testing::Test {
  protected:
   void SetUp() override {
+    control::reset();
     ASSERT_EQ(engine->initialize(nullptr, &recorder), 0);
     engine->setCameraVideoProcessor(&recorder);
   }

@@ -66,9 +66,15 @@ TEST(JournalFormat, NestedRecords) {
             R"(I.m({path:"x.wav",pos:0,loopCount:2,from:0,to:0,publish:false}))");
 }
 
+// Each journal test starts from a stopped engine with empty journals.
+class Journal : public ::testing::Test {
+ protected:
+  void SetUp() override { control::reset(); }
+};
+
 // Test that calls through every interface land in the journal in order,
 // under their interface names.
-TEST(Journal, RecordsCallsInOrder) {
+TEST_F(Journal, RecordsCallsInOrder) {
   auto* engine = rtc::OrvaEngine::SDK();
   engine->Initialize(nullptr);
   control::clearJournal();
@@ -99,7 +105,7 @@ TEST(Journal, RecordsCallsInOrder) {
 
 // Test the crash-report and log journals, and that the log file named at
 // initialisation receives the engine's lines and sdk_log_info lines.
-TEST(Journal, CrashReportsLogLinesAndLogFile) {
+TEST_F(Journal, CrashReportsLogLinesAndLogFile) {
   const std::string path = ::testing::TempDir() + "loopback-journal-test.log";
   std::remove(path.c_str());
   rtc::Settings settings;
@@ -132,7 +138,7 @@ TEST(Journal, CrashReportsLogLinesAndLogFile) {
 
 // Test that null pointers for every kind of pointer argument are answered,
 // never dereferenced.
-TEST(Journal, NullArgumentsAreSafe) {
+TEST_F(Journal, NullArgumentsAreSafe) {
   auto* engine = rtc::OrvaEngine::SDK();
   ASSERT_EQ(engine->initialize(nullptr, nullptr), 0);
   engine->setCurrentMicDevice(nullptr);

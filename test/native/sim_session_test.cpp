@@ -17,6 +17,7 @@ namespace control = orva::loopback::control;
 class SessionTest : public ::testing::Test {
  protected:
   void SetUp() override {
+    control::reset();
     rtc::Settings settings;
     fastTimings(settings);
     ASSERT_EQ(engine->initialize(&settings, &recorder), 0);
