@@ -78,6 +78,14 @@ void EventQueue::attach(Wake wake, void* context) {
   if (waiting && wake != nullptr) wake(context);
 }
 
+void EventQueue::detach() {
+  uv_mutex_lock(&mutex_);
+  wake_ = nullptr;
+  context_ = nullptr;
+  uv_mutex_unlock(&mutex_);
+  waitForWakes();
+}
+
 void EventQueue::close() {
   std::vector<PendingEvent> dropped;
   uv_mutex_lock(&mutex_);
@@ -89,13 +97,11 @@ void EventQueue::close() {
   count_ = 0;
   size_.store(0, std::memory_order_release);
   uv_mutex_unlock(&mutex_);
-  while (waking_.load(std::memory_order_acquire) != 0) std::this_thread::yield();
+  waitForWakes();
 }
 
-void EventQueue::reopen() {
-  uv_mutex_lock(&mutex_);
-  closed_ = false;
-  uv_mutex_unlock(&mutex_);
+void EventQueue::waitForWakes() const {
+  while (waking_.load(std::memory_order_acquire) != 0) std::this_thread::yield();
 }
 
 }  // namespace orva::bridge

@@ -1,8 +1,9 @@
 // The queue between the engine's threads and the script thread.
 //
 // Engine threads push; the script thread pops one event per lock hold and
-// is woken through a wake function once one is attached. Events pushed
-// before that wait in the queue; events pushed after `close` are dropped.
+// is woken through a wake function once one is attached. Events pushed while
+// no wake is attached wait in the queue; events pushed after `close` are
+// dropped, for a queue whose events can never reach script.
 #pragma once
 
 #include <uv.h>
@@ -40,18 +41,22 @@ class EventQueue {
   /// once when events are already waiting.
   void attach(Wake wake, void* context);
 
-  /// Consumer. Drops every waiting and later event, and returns once no
-  /// thread is inside a wake any more, so that the wake target may go away.
-  void close();
+  /// Consumer. Stops the wake-ups and returns once no thread is inside a
+  /// wake any more, so that the wake target may go away. Events keep
+  /// waiting for the next consumer that attaches.
+  void detach();
 
-  /// Consumer. Accepts events again after `close`.
-  void reopen();
+  /// Drops every waiting and later event, and returns once no thread is
+  /// inside a wake any more, so that the wake target may go away.
+  void close();
 
  private:
   /// Whether the ring holds no event; called with mutex_ held.
   bool ringEmpty() const { return count_ == 0; }
   /// Doubles the ring, keeping the events in order; called with mutex_ held.
   void grow();
+  /// Returns once no pushing thread is inside a wake.
+  void waitForWakes() const;
 
   mutable uv_mutex_t mutex_;
   // Guarded by mutex_: the events in a ring of power-of-two size, oldest at

@@ -7,7 +7,14 @@ namespace orva::bridge {
 
 FrameSink::FrameSink(Log log) : log_(log) { uv_mutex_init_recursive(&mutex_); }
 
-FrameSink::~FrameSink() { uv_mutex_destroy(&mutex_); }
+FrameSink::~FrameSink() {
+  if (holder_.load(std::memory_order_relaxed) == std::this_thread::get_id()) {
+    while (holds_ > 0) unlock();
+  }
+  // A lock still held by another thread is left as it is: destroying it
+  // would abort, and the process is ending anyway.
+  if (holder_.load(std::memory_order_relaxed) == std::thread::id()) uv_mutex_destroy(&mutex_);
+}
 
 FrameSink::Offer FrameSink::offer(const FrameView& frame) {
   if (frame.data == nullptr && frame.textureHandle == 0) return Offer::kIgnored;

@@ -8,8 +8,10 @@
 
 #include <uv.h>
 
+#include <atomic>
 #include <cstdint>
 #include <string>
+#include <thread>
 
 namespace orva::bridge {
 
@@ -28,6 +30,9 @@ class FrameSink {
   using Log = void (*)(const char* message);
 
   explicit FrameSink(Log log);
+  /// May run while the destroying thread itself holds the lock: a script
+  /// that ends the process from a frame handler or a registration's getter
+  /// reaches the destructors at exit with the lock still taken.
   ~FrameSink();
   FrameSink(const FrameSink&) = delete;
   FrameSink& operator=(const FrameSink&) = delete;
@@ -46,8 +51,21 @@ class FrameSink {
 
   /// Script thread. Blocking and re-entrant: a frame handler may register a
   /// buffer while the drain holds the lock around it.
-  void lock() { uv_mutex_lock(&mutex_); }
-  void unlock() { uv_mutex_unlock(&mutex_); }
+  void lock() {
+    uv_mutex_lock(&mutex_);
+    if (holds_++ == 0) holder_.store(std::this_thread::get_id(), std::memory_order_relaxed);
+  }
+  void unlock() {
+    if (--holds_ == 0) holder_.store(std::thread::id(), std::memory_order_relaxed);
+    uv_mutex_unlock(&mutex_);
+  }
+
+  /// Forgets the registered buffer; called with the lock held.
+  void clearRegistration() {
+    renderBuffer = nullptr;
+    renderBufferSize = 0;
+    frameValid = 0;
+  }
 
   // The registration; guarded by the lock.
   uint8_t* renderBuffer = nullptr;
@@ -60,6 +78,12 @@ class FrameSink {
 
  private:
   uv_mutex_t mutex_;
+  /// How often the script thread holds the lock right now; only the holder
+  /// touches it. Engine threads' try-locks are not counted.
+  int holds_ = 0;
+  /// The thread behind `holds_`, or none; read without the lock only by the
+  /// destructor.
+  std::atomic<std::thread::id> holder_{};
   Log log_;
 };
 

@@ -3,6 +3,7 @@
 #include <node_buffer.h>
 
 #include <cstdint>
+#include <string>
 
 #include "facade/orva_engine_wrapper.h"
 #include "sdk/win/convert.h"
@@ -11,71 +12,92 @@
 namespace orva::bridge {
 namespace {
 
-// The latest handler, kept alive for the life of the module whatever
-// becomes of the wrapper's own reference. Script thread only.
-v8::Persistent<v8::Value> gHandlerSlot;
-
 WrapperState* processState() {
   auto* wrapper = Orva::Rtc::OrvaEngineWrapper::createOrvaEngine();
   return wrapper->eventHandler()->state.get();
 }
 
-v8::Local<v8::String> key(v8::Isolate* isolate, const char* name) {
-  return v8::String::NewFromUtf8(isolate, name, v8::NewStringType::kInternalized).ToLocalChecked();
-}
-
-// Reads the registration from `options` into `frames` (whose lock is held).
-// Answers false when reading threw; the exception stays with script.
-bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> options, WrapperState& state) {
-  v8::Isolate* isolate = context->GetIsolate();
-  FrameSink& frames = state.frames;
+// What script asked to register, read in full before any of it is used.
+struct Registration {
   v8::Local<v8::Value> buffer;
-  if (!options->Get(context, key(isolate, "buffer")).ToLocal(&buffer)) return false;
-  if (node::Buffer::HasInstance(buffer)) {
-    frames.renderBuffer = reinterpret_cast<uint8_t*>(node::Buffer::Data(buffer));
-    frames.renderBufferSize = node::Buffer::Length(buffer);
-    // The engine writes into this memory from its own threads: it stays
-    // alive as long as it is registered, whatever script does with it.
-    state.bufferStore = buffer.As<v8::ArrayBufferView>()->Buffer()->GetBackingStore();
-  }
-  v8::Local<v8::Value> value;
   double id = 0;
-  if (!options->Get(context, key(isolate, "id")).ToLocal(&value) || !value->NumberValue(context).To(&id)) return false;
-  frames.renderId = orva::binding::integerValue(id);
+  std::string userId;
+  int32_t width = 0;
+  int32_t height = 0;
+};
+
+// Reads the options. The getters, proxies and conversions that script put
+// there may throw: false then, with the exception left for script.
+bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> options, Registration& out) {
+  v8::Isolate* isolate = context->GetIsolate();
+  auto get = [&](v8::Local<v8::String> key, v8::Local<v8::Value>& value) {
+    return options->Get(context, key).ToLocal(&value);
+  };
+  const v8::Local<v8::String> userIdKey = v8::String::NewFromUtf8Literal(isolate, "userId");
+  v8::Local<v8::Value> value;
   v8::Local<v8::String> userId;
-  if (!options->Get(context, key(isolate, "userId")).ToLocal(&value) || !value->ToString(context).ToLocal(&userId)) {
+  int32_t ignored = 0;
+  bool read =
+      get(v8::String::NewFromUtf8Literal(isolate, "buffer"), out.buffer) &&
+      get(v8::String::NewFromUtf8Literal(isolate, "id"), value) && value->NumberValue(context).To(&out.id) &&
+      get(userIdKey, value) && value->ToString(context).ToLocal(&userId) &&
+      // "userId" is read a second time as a number; its value is not used.
+      get(userIdKey, value) && value->Int32Value(context).To(&ignored) &&
+      get(v8::String::NewFromUtf8Literal(isolate, "width"), value) && value->Int32Value(context).To(&out.width) &&
+      get(v8::String::NewFromUtf8Literal(isolate, "height"), value) && value->Int32Value(context).To(&out.height);
+  if (!read) return false;
+  // Every frame hands the userId back to script: one that V8 could not make
+  // into a string again is refused now rather than lose every frame later.
+  if (userId->Utf8Length(isolate) > v8::String::kMaxLength) {
+    isolate->ThrowException(v8::Exception::RangeError(
+        v8::String::NewFromUtf8Literal(isolate, "setVideoFrameRenderBuffer: the userId is too long")));
     return false;
   }
   v8::String::Utf8Value userIdText(isolate, userId);
-  frames.renderUserId.assign(*userIdText, static_cast<size_t>(userIdText.length()));
-  // "userId" is read a second time as a number; the height below replaces it.
-  int32_t number = 0;
-  if (!options->Get(context, key(isolate, "userId")).ToLocal(&value) || !value->Int32Value(context).To(&number)) {
-    return false;
-  }
-  frames.renderHeight = number;
-  if (!options->Get(context, key(isolate, "width")).ToLocal(&value) || !value->Int32Value(context).To(&number)) {
-    return false;
-  }
-  frames.renderWidth = number;
-  if (!options->Get(context, key(isolate, "height")).ToLocal(&value) || !value->Int32Value(context).To(&number)) {
-    return false;
-  }
-  frames.renderHeight = number;
+  out.userId.assign(*userIdText, static_cast<size_t>(userIdText.length()));
   return true;
+}
+
+// Whether script can make this memory smaller than it is now: the engine
+// would then write past its end. Such a buffer is treated as no buffer.
+bool shrinkable(const std::shared_ptr<v8::BackingStore>& store) {
+  return store->IsResizableByUserJavaScript() && !store->IsShared();
+}
+
+// Makes `registration` the one frames are copied into, in one step under the
+// frame lock: no script runs between reading the buffer's memory and handing
+// it to the engine, so a getter cannot move it in between.
+void commit(ScriptLink& link, const Registration& registration) {
+  FrameSink& frames = link.state.frames;
+  frames.lock();
+  if (node::Buffer::HasInstance(registration.buffer)) {
+    v8::Local<v8::ArrayBuffer> arrayBuffer = registration.buffer.As<v8::ArrayBufferView>()->Buffer();
+    std::shared_ptr<v8::BackingStore> store = arrayBuffer->GetBackingStore();
+    if (!shrinkable(store)) {
+      frames.renderBuffer = reinterpret_cast<uint8_t*>(node::Buffer::Data(registration.buffer));
+      frames.renderBufferSize = node::Buffer::Length(registration.buffer);
+      // The engine writes into this memory from its own threads: it stays
+      // alive as long as it is registered, whatever script does with it.
+      link.bufferStore = std::move(store);
+      link.registeredBuffer.Reset(link.isolate, arrayBuffer);
+    }
+  }
+  frames.renderId = orva::binding::integerValue(registration.id);
+  frames.renderUserId = registration.userId;
+  frames.renderWidth = registration.width;
+  frames.renderHeight = registration.height;
+  frames.unlock();
 }
 
 }  // namespace
 
 void setCallback(const v8::FunctionCallbackInfo<v8::Value>& info) {
   v8::Isolate* isolate = info.GetIsolate();
-  v8::Local<v8::Value> handler = info[0];
-  gHandlerSlot.Reset();
-  if (info.Length() > 0) gHandlerSlot.Reset(isolate, handler);
   auto* wrapper = Orva::Rtc::OrvaEngineWrapper::createOrvaEngine();
-  Orva::Rtc::OrvaEngineEventHandler* events = wrapper->eventHandler();
-  events->scriptLink = isolate;
-  if (events->state) bindScript(*events->state, isolate, handler);
+  WrapperState* state = wrapper->eventHandler()->state.get();
+  // After the environment's 'exit' no handler can run any more: nothing to bind.
+  ScriptLink* link = state != nullptr ? liveLink(*state, isolate) : nullptr;
+  if (link != nullptr) bindHandler(*link, info[0]);
   wrapper->adoptEngine();
 }
 
@@ -84,23 +106,29 @@ void setVideoFrameRenderBuffer(const v8::FunctionCallbackInfo<v8::Value>& info) 
   if (state == nullptr) return;
   v8::Isolate* isolate = info.GetIsolate();
   v8::Local<v8::Value> options = info[0];
-  FrameSink& frames = state->frames;
-  frames.lock();
-  if (!options->IsObject()) {
-    frames.renderBuffer = nullptr;
-    frames.renderBufferSize = 0;
-    frames.frameValid = 0;
-    state->bufferStore.reset();
+  ScriptLink* link = liveLink(*state, isolate);
+  if (!options->IsObject() || link == nullptr) {
+    FrameSink& frames = state->frames;
+    frames.lock();
+    if (link != nullptr) {
+      forgetRegisteredBuffer(*link);
+    } else {
+      frames.clearRegistration();
+    }
     frames.unlock();
     sdk_log_info("setVideoFrameRenderBuffer:videoBufferObj invalid");
     return;
   }
-  bool complete = readRegistration(isolate->GetCurrentContext(), options.As<v8::Object>(), *state);
-  int32_t width = frames.renderWidth;
-  int32_t height = frames.renderHeight;
-  auto size = static_cast<int32_t>(static_cast<uint32_t>(frames.renderBufferSize));
-  frames.unlock();
-  if (complete) sdk_log_info("setVideoFrameRenderBuffer:width:%d, height:%d, size:%d", width, height, size);
+  Registration registration;
+  if (!readRegistration(isolate->GetCurrentContext(), options.As<v8::Object>(), registration)) return;
+  // A getter may have ended the environment for the bridge, by running its
+  // 'exit' event.
+  if (link->ended) return;
+  forgetDetachedBuffer(*link);
+  commit(*link, registration);
+  const FrameSink& frames = state->frames;
+  sdk_log_info("setVideoFrameRenderBuffer:width:%d, height:%d, size:%d", frames.renderWidth, frames.renderHeight,
+               static_cast<int32_t>(static_cast<uint32_t>(frames.renderBufferSize)));
 }
 
 }  // namespace orva::bridge

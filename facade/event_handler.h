@@ -12,10 +12,6 @@
 
 #include "orva/sdk.h"
 
-namespace v8 {
-class Isolate;
-}
-
 namespace orva::bridge {
 struct PendingEvent;
 struct WrapperState;
@@ -117,9 +113,8 @@ class OrvaEngineEventHandler final : public OrvaEngineListener, public VideoFram
   /// Beauty errors are reported once until beauty is enabled again.
   void rearmBeautyReports() { beautyReported_.store(false, std::memory_order_relaxed); }
 
-  /// The isolate of the script that registered the handler (script thread).
-  v8::Isolate* scriptLink = nullptr;
-  /// The queue state shared with the event bridge; lives as long as the handler.
+  /// The queue state shared with the event bridge, with its link to the
+  /// script that receives the events; lives as long as the handler.
   std::unique_ptr<orva::bridge::WrapperState> state;
 
  private:

@@ -11,7 +11,11 @@
 
 namespace Orva::Rtc {
 
-OrvaEngineWrapper::OrvaEngineWrapper() : handler_(std::make_unique<OrvaEngineEventHandler>()) {}
+OrvaEngineWrapper::OrvaEngineWrapper(ProcessWide) : handler_(std::make_unique<OrvaEngineEventHandler>()) {}
+
+OrvaEngineWrapper::OrvaEngineWrapper() : OrvaEngineWrapper(ProcessWide{}) {
+  orva::bridge::neverDeliver(*handler_->state);
+}
 
 OrvaEngineWrapper::~OrvaEngineWrapper() {
   // The engine may hold the handler; it lets go and finishes any callback
@@ -23,7 +27,7 @@ OrvaEngineWrapper* OrvaEngineWrapper::createOrvaEngine() {
   static std::once_flag once;
   static OrvaEngineWrapper* instance = nullptr;
   std::call_once(once, [] {
-    instance = new OrvaEngineWrapper();
+    instance = new OrvaEngineWrapper(ProcessWide{});
     std::atexit([] { delete instance; });
   });
   return instance;
@@ -75,7 +79,9 @@ int OrvaEngineWrapper::initialize(Settings* settings, OrvaEngineListener* /*list
   if (settings != nullptr) orva::diagnostics::prepareEngineLog(*settings, logDir_);
   OrvaEngine::updateOrvaSentry(settings);
   int result = engine_->initialize(settings, handler_.get());
-  orva::bridge::keepEventLoopAlive(*handler_->state, true);
+  // An engine that refused to start raises nothing to wait for; one that an
+  // earlier call started still runs.
+  if (result == 0) orva::bridge::keepEventLoopAlive(*handler_->state, true);
   return result;
 }
 

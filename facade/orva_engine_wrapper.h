@@ -18,6 +18,9 @@ namespace Orva::Rtc {
 
 class OrvaEngineWrapper {
  public:
+  /// A wrapper of script's own (`new OrvaEngineWrapper()`): it runs an engine
+  /// like any other, but `setCallback` binds only the process-wide instance,
+  /// so its handler's events never reach script and none is kept.
   OrvaEngineWrapper();
   ~OrvaEngineWrapper();
   OrvaEngineWrapper(const OrvaEngineWrapper&) = delete;
@@ -184,6 +187,10 @@ class OrvaEngineWrapper {
   void forward(Call&& call) {
     if (engine_ != nullptr) call(*engine_);
   }
+
+  struct ProcessWide {};
+  /// The process-wide instance: its events wait for a handler.
+  explicit OrvaEngineWrapper(ProcessWide);
 
   // Script thread only.
   std::string logDir_;

@@ -16,7 +16,10 @@ int EngineImpl::start(rtc::Settings* settings, rtc::OrvaEngineListener* listener
 }
 
 int EngineImpl::initialize(rtc::Settings* settings, rtc::OrvaEngineListener* listener) {
-  return call("initialize", settings, listener), start(settings, listener);
+  call("initialize", settings, listener);
+  // A test can make the engine refuse to start, as a real one may.
+  const int refusal = settings != nullptr ? settings->get("loopback.initialize.result", 0) : 0;
+  return refusal != 0 ? refusal : start(settings, listener);
 }
 void EngineImpl::destroy() { call("destroy"), p_.stop(); }
 int EngineImpl::enterRoom(const char* roomId, rtc::Settings* settings) {

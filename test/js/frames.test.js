@@ -3,6 +3,9 @@
 // metadata and whether this frame was copied.
 const test = require('node:test');
 const assert = require('node:assert/strict');
+const v8 = require('v8');
+const vm = require('vm');
+const { MessageChannel, receiveMessageOnPort } = require('worker_threads');
 const { orva, control, collect } = require('./lib/orva');
 const { startRecording } = require('./lib/events');
 
@@ -117,4 +120,120 @@ test('the registered buffer stays alive while the engine may write into it', asy
   await collect();
   const event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 4) });
   assert.equal(event[6].valid, true);
+});
+
+test('a buffer whose memory script can shrink is not registered', async () => {
+  // Frames of 1024x1024: shrinking gives the pages back, so a write would fault.
+  const size = 1 << 20;
+  const kept = Buffer.alloc(size);
+  register(kept, 1024, 1024);
+  const resizable = new ArrayBuffer(size, { maxByteLength: size });
+  control().clearLogLines();
+  register(Buffer.from(resizable), 1024, 1024);
+  assert.deepEqual(control().logLines(), [`setVideoFrameRenderBuffer:width:1024, height:1024, size:${size}`],
+    'refused like a value that is not a Buffer: the registered buffer stays');
+  resizable.resize(0);
+  const event = await deliver({ width: 1024, height: 1024, data: Buffer.alloc(size, 6) });
+  assert.equal(event[6].valid, true);
+  assert.equal(kept[size - 1], 6);
+});
+
+test('a buffer over growable shared memory is registered: it can only grow', async () => {
+  const growable = new SharedArrayBuffer(12, { maxByteLength: 24 });
+  register(Buffer.from(growable), 4, 2);
+  growable.grow(24);
+  const event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 5) });
+  assert.equal(event[6].valid, true);
+  assert.deepEqual(Buffer.from(growable, 0, 12), Buffer.alloc(12, 5));
+});
+
+// ArrayBuffer.prototype.transfer sits behind a flag in this V8; a context made
+// after setting it has it.
+v8.setFlagsFromString('--harmony-rab-gsab-transfer');
+const transfer = vm.runInNewContext('ArrayBuffer.prototype.transfer');
+
+// [label, detach(arrayBuffer) -> where its memory went]
+const DETACHES = [
+  ['transferred by ArrayBuffer.prototype.transfer', (memory) => transfer.call(memory)],
+  ['transferred by structuredClone', (memory) => structuredClone(memory, { transfer: [memory] })],
+  ['transferred by postMessage', (memory) => {
+    const { port1, port2 } = new MessageChannel();
+    port1.postMessage(memory, [memory]);
+    const { message } = receiveMessageOnPort(port2);
+    port1.close();
+    return message;
+  }],
+];
+
+test('a registered buffer that script detaches is written no more once its frame has arrived', async () => {
+  for (const [label, detach] of DETACHES) {
+    const buffer = Buffer.alloc(12);
+    register(buffer, 4, 2);
+    const moved = new Uint8Array(detach(buffer.buffer));
+    // A frame raised before the script thread looks again may still land in
+    // the memory, which stays alive; the event says it is not in the buffer.
+    let event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 7) });
+    assert.equal(event[6].valid, false, label);
+    moved.fill(0);
+    control().clearLogLines();
+    event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 8) });
+    assert.equal(event[6].valid, false, label);
+    assert.deepEqual([...moved], Array(12).fill(0), `${label}: the memory is no longer written`);
+    assert.deepEqual(control().logLines(),
+      ['OnOrvaEngineVideoFrame:jswidth:4, jsheight:2, jssize:0, width:4, height:2, size:12'], label);
+  }
+});
+
+// [label, options whose reading interferes, the error it throws or null, the
+// size then logged]. A registration is read in full, then made at once: one
+// that throws changes nothing, and the buffer is taken as it is at the end.
+const INTERFERING_OPTIONS = [
+  ['a getter that throws', () => ({ buffer: Buffer.alloc(24), get id() { throw new Error('no id'); } }),
+    /no id/, null],
+  ['a proxy whose trap throws', () => new Proxy({ buffer: Buffer.alloc(24) }, {
+    get(target, key) { if (key === 'width') throw new Error('no width'); return target[key]; },
+  }), /no width/, null],
+  ['a getter that detaches the buffer read before it', () => {
+    const buffer = Buffer.alloc(24);
+    return { buffer, get id() { structuredClone(buffer.buffer, { transfer: [buffer.buffer] }); return 1; }, width: 4, height: 2 };
+  }, null, 0],
+  ['a getter that registers another buffer', () => ({
+    buffer: Buffer.alloc(24),
+    get id() { register(Buffer.alloc(36), 4, 2); return 1; },
+    width: 4,
+    height: 2,
+  }), null, 24],
+  ['a getter that clears the registration', () => ({
+    buffer: Buffer.alloc(24),
+    get userId() { engine.setVideoFrameRenderBuffer(null); return 'me'; },
+    width: 4,
+    height: 2,
+  }), null, 24],
+];
+
+test('a registration that script interferes with while it is read is made whole or not at all', async () => {
+  for (const [label, options, error, loggedSize] of INTERFERING_OPTIONS) {
+    const registered = Buffer.alloc(12);
+    register(registered, 4, 2);
+    control().clearLogLines();
+    if (error) {
+      assert.throws(() => engine.setVideoFrameRenderBuffer(options()), error, label);
+      assert.deepEqual(control().logLines(), [], label);
+      await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 3) });
+      assert.deepEqual(registered, Buffer.alloc(12, 3), `${label}: the registration is unchanged`);
+    } else {
+      engine.setVideoFrameRenderBuffer(options());
+      assert.equal(control().logLines().at(-1), `setVideoFrameRenderBuffer:width:4, height:2, size:${loggedSize}`, label);
+    }
+  }
+});
+
+test('a userId too long to be handed back to script is refused', async () => {
+  register(Buffer.alloc(12), 4, 2);
+  // Its UTF-8 is one byte longer than the longest string V8 makes.
+  const userId = '\u20ac'.repeat(Math.ceil(((1 << 29) - 24 + 1) / 3));
+  assert.throws(() => register(Buffer.alloc(12), 4, 2, { userId }),
+    { name: 'RangeError', message: 'setVideoFrameRenderBuffer: the userId is too long' });
+  const event = await deliver({ width: 4, height: 2, data: Buffer.alloc(12, 1) });
+  assert.equal(event[6].userId, 'viewer');
 });

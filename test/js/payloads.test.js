@@ -3,7 +3,9 @@
 // come in a fixed order.
 const test = require('node:test');
 const assert = require('node:assert/strict');
-const { control } = require('./lib/orva');
+const path = require('path');
+const { spawnSync } = require('child_process');
+const { control, root, buildDir } = require('./lib/orva');
 const { startRecording, raise } = require('./lib/events');
 
 const recorder = startRecording();
@@ -114,4 +116,69 @@ test('session states during an echo test are not reported', async () => {
   recorder.engine.stopEchoTest(1);
   await payloadOf('MediaServiceListener', 'OnSessionStateChanged', 'room', 4, 4);
   assert.equal(control().crashReports().length, 1);
+});
+
+// [label, prototype, key, how, the event's name, its raising, the path to an
+// own property of the payload, what it holds]. Script can put setters that
+// throw, or read-only values, on the prototypes of the payload's objects and
+// arrays; the payload still gets its own properties, and nothing aborts.
+const VOLUMES = `control.raise('IMediaDeviceCallback', 'onUserVoiceVolume', [{ userId: 'u', microphone_volume: 3, speaker_volume: 4 }], 1, 9)`;
+const STATS = `control.raise('MediaServiceListener', 'OnNetworkStats', { OutBps: 5, remoteStatistics: [{ userId: 'peer' }] })`;
+const PROTOTYPE_TRAPS = [
+  ['a throwing setter for a statistic', 'Object.prototype', 'OutBps', 'setter', 'OnNetworkStats', STATS, ['OutBps'], 5],
+  ['a read-only statistic', 'Object.prototype', 'OutBps', 'readOnly', 'OnNetworkStats', STATS, ['OutBps'], 5],
+  ['a throwing setter for index 0 of the remote users', 'Array.prototype', 0, 'setter', 'OnNetworkStats', STATS,
+    ['remoteStatistics', 0, 'userId'], 'peer'],
+  ['a throwing setter for the volume list', 'Object.prototype', 'userVolumes', 'setter', 'OnUserVoiceVolume', VOLUMES,
+    ['userVolumes', 0, 'speaker_volume'], 4],
+  ['a throwing setter for a volume', 'Object.prototype', 'microphone_volume', 'setter', 'OnUserVoiceVolume', VOLUMES,
+    ['userVolumes', 0, 'microphone_volume'], 3],
+  ['a throwing setter for index 0 of the volumes', 'Array.prototype', 0, 'setter', 'OnUserVoiceVolume', VOLUMES,
+    ['userVolumes', 0, 'userId'], 'u'],
+  ['a throwing setter for an echo detail', 'Object.prototype', 'alpha', 'setter', 'OnEchoResult',
+    `control.raise('MediaServiceListener', 'onEchoResult', { network_result: 1, info: { alpha: 'first' } })`, ['alpha'], 'first'],
+  ['a throwing setter for a frame field', 'Object.prototype', 'type', 'setter', 'OnVideoFrame',
+    `control.deliverFrame({ width: 2, height: 2, data: pixels, extra: 77 })`, ['width'], 2],
+];
+
+test('payloads are built from own properties whatever script put on the prototypes', () => {
+  for (const [label, prototype, key, how, name, raising, pathToValue, expected] of PROTOTYPE_TRAPS) {
+    const result = spawnSync(process.execPath, ['-e', `
+      const orva = require(${JSON.stringify(root)});
+      const control = require(${JSON.stringify(path.join(buildDir, 'orva_test_control.node'))});
+      const engine = orva.OrvaEngineWrapper.createOrvaEngine();
+      const settings = new orva.Settings();
+      settings.add('environment', 'prod');
+      const pixels = Buffer.alloc(4);
+      const trap = ${how === 'setter'} ? { set() { throw new Error('trap'); }, configurable: true }
+        : { value: 'inherited', writable: false, configurable: true };
+      // Node.js itself trips over such traps: one handler installs it, the next,
+      // in the same turn of the drain, takes it away again first thing. (The
+      // loopback's transcoder may slip in frames of its own: ours has extra 77.)
+      engine.setCallback((name, a, b, c, d, e, payload) => {
+        if (name === 'OnMediaChannelTerminate') {
+          Object.defineProperty(${prototype}, ${JSON.stringify(key)}, trap);
+          ${raising};
+        } else if (name === ${JSON.stringify(name)} && (name !== 'OnVideoFrame' || payload.extra === 77)) {
+          delete ${prototype}[${JSON.stringify(key)}];
+          let value = payload;
+          for (const step of ${JSON.stringify(pathToValue)}) {
+            const own = Object.getOwnPropertyDescriptor(value, step);
+            value = own && 'value' in own ? own.value : 'no own ' + step;
+          }
+          console.log(JSON.stringify(value));
+          engine.destroy();
+        }
+      });
+      engine.initialize(settings, null);
+      engine.startTranscoding(new orva.LocalMediaTranscodingParams());
+      engine.stopTranscoding();
+      engine.setVideoFrameRenderBuffer({ buffer: Buffer.alloc(4), id: 1, userId: 'me', width: 2, height: 2 });
+      control.raise('MediaChannelListener', 'OnMediaChannelTerminate');
+    `], { cwd: root, encoding: 'utf8', timeout: 60000 });
+    assert.equal(result.signal, null, `${label}: ${result.stderr}`);
+    assert.equal(result.stderr, '', label);
+    assert.equal(result.stdout, `${JSON.stringify(expected)}\n`, label);
+    assert.equal(result.status, 0, label);
+  }
 });

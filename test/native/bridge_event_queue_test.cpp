@@ -108,37 +108,47 @@ TEST(EventQueue, ManyProducersOneConsumer) {
   EXPECT_EQ(wakes.load(), kProducers * kPerProducer);
 }
 
-// Test that closing drops waiting and later events, and waits for a wake that
-// is still running on another thread before it returns.
-TEST(EventQueue, CloseDropsEventsAndWaitsForWakes) {
-  EventQueue queue;
-  std::atomic<bool> inWake{false};
-  std::atomic<bool> wakeDone{false};
-  struct Context {
-    std::atomic<bool>* inWake;
-    std::atomic<bool>* wakeDone;
-  } context{&inWake, &wakeDone};
-  queue.attach(
-      [](void* raw) {
-        auto* c = static_cast<Context*>(raw);
-        c->inWake->store(true);
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        c->wakeDone->store(true);
-      },
-      &context);
-  std::thread producer([&] { queue.push(numbered(0, 0)); });
-  while (!inWake.load()) std::this_thread::yield();
-  queue.close();
-  EXPECT_TRUE(wakeDone.load()) << "close returned while a wake was running";
-  producer.join();
-  PendingEvent out;
-  EXPECT_FALSE(queue.pop(out));
-  EXPECT_FALSE(queue.push(numbered(0, 1)));
-  EXPECT_TRUE(queue.empty());
-  queue.reopen();
-  EXPECT_TRUE(queue.push(numbered(0, 2)));
-  ASSERT_TRUE(queue.pop(out));
-  EXPECT_EQ(out.int2, 2);
+// Test that closing and detaching both wait for a wake that is still running
+// on another thread before they return, so that the wake target may go away;
+// closing drops waiting and later events, detaching keeps them for the next
+// consumer.
+TEST(EventQueue, CloseAndDetachWaitForWakes) {
+  struct Case {
+    const char* label;
+    void (EventQueue::*stop)();
+    bool keepsEvents;
+  };
+  const Case cases[] = {{"close", &EventQueue::close, false}, {"detach", &EventQueue::detach, true}};
+  for (const Case& c : cases) {
+    EventQueue queue;
+    std::atomic<bool> inWake{false};
+    std::atomic<bool> wakeDone{false};
+    struct Context {
+      std::atomic<bool>* inWake;
+      std::atomic<bool>* wakeDone;
+    } context{&inWake, &wakeDone};
+    queue.attach(
+        [](void* raw) {
+          auto* running = static_cast<Context*>(raw);
+          running->inWake->store(true);
+          std::this_thread::sleep_for(std::chrono::milliseconds(50));
+          running->wakeDone->store(true);
+        },
+        &context);
+    std::thread producer([&] { queue.push(numbered(0, 0)); });
+    while (!inWake.load()) std::this_thread::yield();
+    (queue.*c.stop)();
+    EXPECT_TRUE(wakeDone.load()) << c.label << " returned while a wake was running";
+    producer.join();
+    EXPECT_EQ(queue.push(numbered(0, 1)), c.keepsEvents) << c.label;
+    std::atomic<int> wakes{0};
+    queue.attach(countWake, &wakes);
+    EXPECT_EQ(wakes.load(), c.keepsEvents ? 1 : 0) << c.label << ": the next consumer is woken for what waits";
+    std::vector<int> delivered;
+    PendingEvent out;
+    while (queue.pop(out)) delivered.push_back(out.int2);
+    EXPECT_EQ(delivered, c.keepsEvents ? std::vector<int>({0, 1}) : std::vector<int>()) << c.label;
+  }
 }
 
 // Test that an event's payload moves with it.
