@@ -44,28 +44,27 @@ function initializeWithLogDir(dir, entries) {
   return { engineSettings: JSON.parse(text), names: [before, after].map((time) => `${dir}/orva_sdk_${stamp(time)}.log`) };
 }
 
+// [case, the log directory (made by the case or not), settings]
+const DIRECTORIES = [
+  ['an existing directory', () => {
+    const dir = freshDir();
+    fs.mkdirSync(dir, { recursive: true });
+    return dir;
+  }, { environment: 'prod', custom: 'kept' }],
+  ['a missing one, with all its parents', () => freshDir('a', 'b', 'c'), { environment: 'prod' }],
+  ['a missing one under a UTF-8 name', () => freshDir('\u65e5\u5fd7', 'caf\u00e9'), { environment: 'prod' }],
+  // "/orva_sdk_" is appended all the same: the name holds "//".
+  ['one written with a trailing separator', () => `${freshDir()}/`, { environment: 'prod' }],
+];
+
 test('initialize names the log file in the log directory by local time, after the given settings', () => {
-  const dir = freshDir();
-  fs.mkdirSync(dir, { recursive: true });
-  const { engineSettings, names } = initializeWithLogDir(dir, { environment: 'prod', custom: 'kept' });
-  assert.deepEqual(Object.keys(engineSettings), ['environment', 'custom', LOG_KEY]);
-  assert.ok(names.includes(engineSettings[LOG_KEY]), `${engineSettings[LOG_KEY]} is none of ${names}`);
-});
-
-test('a missing log directory is made with all its parents, also under a UTF-8 name', () => {
-  for (const dir of [freshDir('a', 'b', 'c'), freshDir('\u65e5\u5fd7', 'caf\u00e9')]) {
-    assert.equal(fs.existsSync(dir), false);
-    const { engineSettings, names } = initializeWithLogDir(dir, { environment: 'prod' });
-    assert.ok(fs.statSync(dir).isDirectory(), dir);
-    assert.ok(names.includes(engineSettings[LOG_KEY]), `${engineSettings[LOG_KEY]} is none of ${names}`);
+  for (const [label, makeDir, entries] of DIRECTORIES) {
+    const dir = makeDir();
+    const { engineSettings, names } = initializeWithLogDir(dir, entries);
+    assert.deepEqual(Object.keys(engineSettings), [...Object.keys(entries), LOG_KEY], label);
+    assert.ok(names.includes(engineSettings[LOG_KEY]), `${label}: ${engineSettings[LOG_KEY]} is none of ${names}`);
+    assert.ok(fs.statSync(dir).isDirectory(), label);
   }
-});
-
-test('a directory path written with a trailing separator still gets "/orva_sdk_" appended', () => {
-  const dir = `${freshDir()}/`;
-  const { engineSettings, names } = initializeWithLogDir(dir, { environment: 'prod' });
-  assert.ok(names.includes(engineSettings[LOG_KEY]), `${engineSettings[LOG_KEY]} is none of ${names}`);
-  assert.match(engineSettings[LOG_KEY], /\/\/orva_sdk_\d{8}_\d{4}\.log$/);
 });
 
 test('an empty log directory sets no log file', () => {
@@ -100,68 +99,49 @@ function runInitialize(dir, entries) {
 const HOUR = 3600 * 1000;
 const DAY = 24 * HOUR;
 
-/** Makes `name` in `dir` with `size` bytes, last written `age` milliseconds ago. */
+/** Makes `name` in `dir` with `size` bytes, it and its folder last written `age` milliseconds ago. */
 function oldFile(dir, name, age, size = 16) {
   const file = path.join(dir, name);
   fs.mkdirSync(path.dirname(file), { recursive: true });
   fs.writeFileSync(file, Buffer.alloc(size, 0x61));
   const when = new Date(Date.now() - age);
   fs.utimesSync(file, when, when);
-  return file;
+  if (path.dirname(file) !== dir) fs.utimesSync(path.dirname(file), when, when);
 }
 
-const listing = (dir) => fs.readdirSync(dir).filter((name) => !name.startsWith('orva_sdk_')).sort();
+const escape = (text) => text.replace(/[.*+?^${}()|[\]\\]/g, '\\$&');
+const CLEAR = { 'orva.log.clear.enable': '1' };
+const NEVER_KEEP = { 'orva.log.expire.day': '0', 'orva.log.size.threshold': '0' };
+const BIG = 600 * 1024; // three of them exceed 1 MiB
 
-test('clean-up by age deletes the regular files older than the expiry, saying so on standard output', () => {
-  const dir = freshDir();
-  oldFile(dir, 'expired.log', 11 * DAY);
-  oldFile(dir, 'expired.txt', 30 * DAY);
-  oldFile(dir, 'recent.log', 9 * DAY);
-  oldFile(dir, path.join('sub', 'inside.log'), 40 * DAY);
-  const when = new Date(Date.now() - 40 * DAY);
-  fs.utimesSync(path.join(dir, 'sub'), when, when);
+// [case, settings, files as [name, age, size], what is deleted (in order unless `anyOrder`), anyOrder]
+const CLEANUPS = [
+  ['by age: regular files older than 10 days, sub-directories not entered', CLEAR,
+    [['expired.log', 11 * DAY], ['expired.txt', 30 * DAY], ['recent.log', 9 * DAY], ['sub/inside.log', 40 * DAY]],
+    ['expired.log', 'expired.txt'], true],
+  ['by age, following "orva.log.expire.day"', { ...CLEAR, 'orva.log.expire.day': '2' },
+    [['three-days.log', 3 * DAY], ['one-day.log', 1 * DAY]], ['three-days.log'], true],
+  ['by size: the oldest first, and no more than needed', { ...CLEAR, 'orva.log.size.threshold': '1' },
+    [['newest.log', 1 * HOUR, BIG], ['oldest.log', 3 * HOUR, BIG], ['middle.log', 2 * HOUR, BIG]],
+    ['oldest.log', 'middle.log'], false],
+  ['not enabled: nothing deleted', NEVER_KEEP, [['ancient.log', 400 * DAY]], [], false],
+  ['enabled "0": nothing deleted', { 'orva.log.clear.enable': '0', ...NEVER_KEEP }, [['ancient.log', 400 * DAY]], [], false],
+];
 
-  const { stdout, stderr } = runInitialize(dir, { environment: 'prod', 'orva.log.clear.enable': '1' });
-  const lines = stdout.split('\n');
-  assert.equal(lines.pop(), '');
-  assert.match(lines.pop(), /^initialize 0 OrvaEngine\.initialize\(\{"environment":"prod","orva\.log\.clear\.enable":"1","media\.global\.log\.file":".*"\}\)$/);
-  assert.deepEqual(lines.sort(), [`Deleting: ${dir}/expired.log`, `Deleting: ${dir}/expired.txt`]);
-  assert.equal(stderr, '');
-  assert.deepEqual(listing(dir), ['recent.log', 'sub']);
-  assert.ok(fs.existsSync(path.join(dir, 'sub', 'inside.log')), 'sub-directories are not entered');
-});
-
-test('clean-up by age follows "orva.log.expire.day"', () => {
-  const dir = freshDir();
-  oldFile(dir, 'three-days.log', 3 * DAY);
-  oldFile(dir, 'one-day.log', 1 * DAY);
-  const { stdout } = runInitialize(dir, { environment: 'prod', 'orva.log.clear.enable': '1', 'orva.log.expire.day': '2' });
-  assert.deepEqual(stdout.split('\n').filter((line) => line.startsWith('Deleting: ')), [`Deleting: ${dir}/three-days.log`]);
-  assert.deepEqual(listing(dir), ['one-day.log']);
-});
-
-test('clean-up by size deletes the oldest files until the rest fit under the threshold', () => {
-  const dir = freshDir();
-  const size = 600 * 1024;
-  oldFile(dir, 'newest.log', 1 * HOUR, size);
-  oldFile(dir, 'oldest.log', 3 * HOUR, size);
-  oldFile(dir, 'middle.log', 2 * HOUR, size);
-  const { stdout } = runInitialize(dir, { environment: 'prod', 'orva.log.clear.enable': '1', 'orva.log.size.threshold': '1' });
-  assert.deepEqual(stdout.split('\n').filter((line) => line.startsWith('Deleting: ')),
-    [`Deleting: ${dir}/oldest.log`, `Deleting: ${dir}/middle.log`], 'oldest first, and no more than needed');
-  assert.deepEqual(listing(dir), ['newest.log']);
-});
-
-test('without clean-up enabled nothing is deleted and the log file is still named', () => {
-  for (const entries of [{ environment: 'prod' }, { environment: 'prod', 'orva.log.clear.enable': '0' }]) {
+test('clean-up deletes what the settings ask for, saying so on standard output, and the log file is still named', () => {
+  for (const [label, entries, files, deleted, anyOrder] of CLEANUPS) {
     const dir = freshDir();
-    oldFile(dir, 'ancient.log', 400 * DAY);
-    const { stdout } = runInitialize(dir, { ...entries, 'orva.log.expire.day': '0', 'orva.log.size.threshold': '0' });
-    const keys = Object.entries(entries).map(([key, value]) => `${JSON.stringify(key)}:${JSON.stringify(value)}`).join(',');
-    assert.match(stdout, new RegExp(
-      `^initialize 0 OrvaEngine\\.initialize\\(\\{${keys.replace(/\./g, '\\.')},"orva\\.log\\.expire\\.day":"0",` +
-      `"orva\\.log\\.size\\.threshold":"0","media\\.global\\.log\\.file":"[^"]*/orva_sdk_\\d{8}_\\d{4}\\.log"\\}\\)\\n$`));
-    assert.deepEqual(listing(dir), ['ancient.log']);
+    for (const [name, age, size] of files) oldFile(dir, name, age, size);
+    const { stdout, stderr } = runInitialize(dir, { environment: 'prod', ...entries });
+    const lines = stdout.split('\n');
+    assert.equal(lines.pop(), '', label);
+    const text = escape(JSON.stringify({ environment: 'prod', ...entries }).slice(0, -1));
+    assert.match(lines.pop(), new RegExp(`^initialize 0 OrvaEngine\\.initialize\\(${text},` +
+      `"media\\.global\\.log\\.file":"${escape(dir)}/orva_sdk_\\d{8}_\\d{4}\\.log"\\}\\)$`), label);
+    // Directory order is the system's where age decides.
+    assert.deepEqual(anyOrder ? lines.sort() : lines, deleted.map((name) => `Deleting: ${dir}/${name}`), label);
+    assert.equal(stderr, '', label);
+    for (const [name] of files) assert.equal(fs.existsSync(path.join(dir, name)), !deleted.includes(name), `${label}: ${name}`);
   }
 });
 

@@ -21,30 +21,18 @@ PendingEvent numbered(int producer, int sequence) {
 
 void countWake(void* context) { static_cast<std::atomic<int>*>(context)->fetch_add(1); }
 
-// Test that events come out in the order they went in, one per pop.
-TEST(EventQueue, DeliversInOrder) {
+// Test that events come out in the order they went in, one per pop, also
+// while the storage wraps around and grows: take some, add more than fit,
+// take the rest; an emptied queue says so and pops nothing.
+TEST(EventQueue, DeliversInOrderAcrossWrapAndGrowth) {
   EventQueue queue;
   EXPECT_TRUE(queue.empty());
-  for (int i = 0; i < 10; ++i) EXPECT_TRUE(queue.push(numbered(0, i)));
-  EXPECT_FALSE(queue.empty());
-  PendingEvent out;
-  for (int i = 0; i < 10; ++i) {
-    ASSERT_TRUE(queue.pop(out));
-    EXPECT_EQ(out.int2, i);
-  }
-  EXPECT_FALSE(queue.pop(out));
-  EXPECT_TRUE(queue.empty());
-}
-
-// Test that order survives the storage wrapping around and growing while
-// events wait: take some, add more than fit, take the rest.
-TEST(EventQueue, KeepsOrderAcrossWrapAndGrowth) {
-  EventQueue queue;
   int pushed = 0;
   int popped = 0;
   PendingEvent out;
   for (int round = 0; round < 5; ++round) {
-    for (int i = 0; i < 50 + 70 * round; ++i) queue.push(numbered(0, pushed++));
+    for (int i = 0; i < 50 + 70 * round; ++i) EXPECT_TRUE(queue.push(numbered(0, pushed++)));
+    EXPECT_FALSE(queue.empty());
     for (int i = 0; i < 40 + 20 * round; ++i) {
       ASSERT_TRUE(queue.pop(out));
       ASSERT_EQ(out.int2, popped++);
@@ -52,6 +40,8 @@ TEST(EventQueue, KeepsOrderAcrossWrapAndGrowth) {
   }
   while (queue.pop(out)) ASSERT_EQ(out.int2, popped++);
   EXPECT_EQ(popped, pushed);
+  EXPECT_TRUE(queue.empty());
+  EXPECT_FALSE(queue.pop(out));
 }
 
 // Test that events raised before a consumer attaches wait, and that

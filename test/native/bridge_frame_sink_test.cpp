@@ -35,75 +35,64 @@ class FrameSinkTest : public ::testing::Test {
  protected:
   void SetUp() override { logged().clear(); }
 
-  void registerBuffer(int width, int height, size_t size) {
-    buffer.assign(size, 0xEE);
-    sink.lock();
-    sink.renderBuffer = buffer.data();
-    sink.renderBufferSize = buffer.size();
-    sink.renderWidth = width;
-    sink.renderHeight = height;
-    sink.unlock();
+  // Registers `buffer` (12 bytes, each 0xEE) for frames of width x height.
+  void registerBuffer(FrameSink& target, int width, int height) {
+    buffer.assign(12, 0xEE);
+    target.lock();
+    target.renderBuffer = buffer.data();
+    target.renderBufferSize = buffer.size();
+    target.renderWidth = width;
+    target.renderHeight = height;
+    target.unlock();
   }
 
   FrameSink sink{collect};
   std::vector<uint8_t> buffer;
 };
 
-// Test the copy conditions: width, height and size must all fit.
-TEST_F(FrameSinkTest, CopiesOnlyFramesThatFit) {
+// Test the copy conditions (width, height and size must all fit): a frame
+// that fits lands at the start of the buffer and leaves the rest alone; any
+// other is refused with one log line naming both sizes, byte for byte, and
+// leaves the buffer untouched.
+TEST_F(FrameSinkTest, CopiesOnlyFramesThatFitAndLogsTheOthers) {
   struct Case {
     const char* label;
+    bool registered;
     int width, height, size;
-    FrameSink::Offer expected;
+    const char* log;  // null: copied
   };
   const Case cases[] = {
-      {"exact fit", 4, 2, 12, FrameSink::Offer::kCopied},
-      {"smaller size", 4, 2, 8, FrameSink::Offer::kCopied},
-      {"other width", 6, 2, 12, FrameSink::Offer::kRefused},
-      {"other height", 4, 3, 12, FrameSink::Offer::kRefused},
-      {"larger than the buffer", 4, 2, 13, FrameSink::Offer::kRefused},
-      {"negative size", 4, 2, -1, FrameSink::Offer::kRefused},
+      {"exact fit", true, 4, 2, 12, nullptr},
+      {"smaller size", true, 4, 2, 8, nullptr},
+      {"other width", true, 6, 2, 18, "jswidth:4, jsheight:2, jssize:12, width:6, height:2, size:18"},
+      {"other height", true, 4, 3, 12, "jswidth:4, jsheight:2, jssize:12, width:4, height:3, size:12"},
+      {"larger than the buffer", true, 4, 2, 13, "jswidth:4, jsheight:2, jssize:12, width:4, height:2, size:13"},
+      {"negative size", true, 4, 2, -1, "jswidth:4, jsheight:2, jssize:12, width:4, height:2, size:-1"},
+      {"no buffer", false, 4, 2, 12, "jswidth:0, jsheight:0, jssize:0, width:4, height:2, size:12"},
   };
   for (const Case& c : cases) {
-    registerBuffer(4, 2, 12);
+    SCOPED_TRACE(c.label);
+    logged().clear();
+    buffer.assign(12, 0xEE);
+    FrameSink fresh{collect};
+    if (c.registered) registerBuffer(fresh, 4, 2);
     Frame frame(c.width, c.height, c.size < 0 ? 1 : c.size, 0x11);
     frame.frame.size = c.size;
-    EXPECT_EQ(sink.offer(frame.frame), c.expected) << c.label;
-    EXPECT_EQ(sink.frameValid, c.expected == FrameSink::Offer::kCopied ? 1 : 0) << c.label;
+    EXPECT_EQ(fresh.offer(frame.frame), c.log ? FrameSink::Offer::kRefused : FrameSink::Offer::kCopied);
+    EXPECT_EQ(fresh.frameValid, c.log ? 0 : 1);
+    std::vector<uint8_t> expected(12, 0xEE);
+    if (!c.log) std::fill_n(expected.begin(), c.size, 0x11);
+    EXPECT_EQ(buffer, expected);
+    EXPECT_EQ(logged(), c.log ? std::vector<std::string>{std::string("OnOrvaEngineVideoFrame:") + c.log}
+                              : std::vector<std::string>{});
   }
-}
-
-// Test that a smaller frame lands at the start and leaves the rest alone.
-TEST_F(FrameSinkTest, SmallerFramesGoToTheStart) {
-  registerBuffer(4, 2, 12);
-  Frame frame(4, 2, 8, 0x11);
-  ASSERT_EQ(sink.offer(frame.frame), FrameSink::Offer::kCopied);
-  EXPECT_EQ(std::vector<uint8_t>(buffer.begin(), buffer.begin() + 8), std::vector<uint8_t>(8, 0x11));
-  EXPECT_EQ(std::vector<uint8_t>(buffer.begin() + 8, buffer.end()), std::vector<uint8_t>(4, 0xEE));
-}
-
-// Test the refusal message, byte for byte, with both sizes.
-TEST_F(FrameSinkTest, LogsRefusals) {
-  registerBuffer(4, 2, 12);
-  Frame frame(6, 2, 18, 0x11);
-  ASSERT_EQ(sink.offer(frame.frame), FrameSink::Offer::kRefused);
-  ASSERT_EQ(logged().size(), 1u);
-  EXPECT_EQ(logged()[0], "OnOrvaEngineVideoFrame:jswidth:4, jsheight:2, jssize:12, width:6, height:2, size:18");
-  EXPECT_EQ(buffer, std::vector<uint8_t>(12, 0xEE));
-}
-
-// Test that without a buffer every frame is refused and logged.
-TEST_F(FrameSinkTest, RefusesWithoutABuffer) {
-  Frame frame(4, 2, 12, 0x11);
-  EXPECT_EQ(sink.offer(frame.frame), FrameSink::Offer::kRefused);
-  EXPECT_EQ(logged().size(), 1u);
 }
 
 // Test frames without pixels: ignored, or a texture that leaves the buffer
 // and its validity alone.
 TEST_F(FrameSinkTest, TexturesAndEmptyFrames) {
   EXPECT_EQ(sink.offer(FrameView{}), FrameSink::Offer::kIgnored);
-  registerBuffer(4, 2, 12);
+  registerBuffer(sink, 4, 2);
   Frame copied(4, 2, 12, 0x22);
   ASSERT_EQ(sink.offer(copied.frame), FrameSink::Offer::kCopied);
   FrameView texture;
@@ -116,7 +105,7 @@ TEST_F(FrameSinkTest, TexturesAndEmptyFrames) {
 // Test that a frame offered while another thread holds the lock is dropped
 // at once, and that the holder may take the lock again (re-entrant).
 TEST_F(FrameSinkTest, DropsFramesWhileTheLockIsHeld) {
-  registerBuffer(4, 2, 12);
+  registerBuffer(sink, 4, 2);
   sink.lock();
   sink.lock();
   Frame frame(4, 2, 12, 0x33);

@@ -15,15 +15,25 @@ using namespace sim_test;
 namespace control = orva::loopback::control;
 using orva::loopback::formatCall;
 
-// Test how each kind of argument is written.
+// Test how each kind of argument is written: strings escaped, numbers and
+// enumerations as numbers, pointers as pointers or null, maps by key, Settings
+// in first-insertion order (a repeated key replaces its value in place), and
+// records and lists field by field, nested ones too.
 TEST(JournalFormat, ArgumentsByKind) {
-  struct Case {
-    std::string got, want;
-  };
   int object = 0;
   char hex[32];
   std::snprintf(hex, sizeof hex, "%p", static_cast<void*>(&object));
-  const std::vector<Case> cases = {
+  rtc::Settings settings;
+  settings.add("b", "1");
+  settings.add("a", "2");
+  settings.add("b", "3");
+  settings.add("p", static_cast<void*>(nullptr));
+  rtc::Camera camera{"C", "g", 0, {}};
+  camera.cameraResolutions.Add({640, 480, 30, rtc::CaptureDataType::CaptureDataTypeI420});
+  rtc::AudioFileParam param;
+  param.path = "x.wav";
+  param.loopCount = 2;
+  const std::pair<std::string, std::string> cases[] = {
       {formatCall("I", "m"), "I.m()"},
       {formatCall("I", "m", "a\"b\\c\n\t\x01"), R"(I.m("a\"b\\c\n\t\u0001"))"},
       {formatCall("I", "m", std::string("h\xc3\xa9llo")), "I.m(\"h\xc3\xa9llo\")"},
@@ -33,37 +43,18 @@ TEST(JournalFormat, ArgumentsByKind) {
       {formatCall("I", "m", rtc::kVideoRotation_270, rtc::CaptureDataType::CaptureDataTypeH265), "I.m(270, 15)"},
       {formatCall("I", "m", static_cast<void*>(nullptr), static_cast<void*>(&object)), "I.m(null, " + std::string(hex) + ")"},
       {formatCall("I", "m", static_cast<rtc::Settings*>(nullptr)), "I.m(null)"},
+      {formatCall("I", "m", &settings), R"(I.m({"b":"3","a":"2","p":null}))"},
       {formatCall("I", "m", std::map<std::string, std::string>{{"b", "2"}, {"a", "1"}}), R"(I.m({"a":"1","b":"2"}))"},
       {formatCall("I", "m", rtc::Window{5, "T", {1, 2, 3, 4}}), R"(I.m({id:5,title:"T",rect:{x:1,y:2,width:3,height:4}}))"},
       {formatCall("I", "m", std::vector<rtc::Screen>{{1, "A", {}}, {2, "B", {}}}),
        R"(I.m([{id:1,name:"A",rect:{x:0,y:0,width:0,height:0}},{id:2,name:"B",rect:{x:0,y:0,width:0,height:0}}]))"},
+      {formatCall("I", "m", camera),
+       R"(I.m({name:"C",guid:"g",index:0,cameraResolutions:[{width:640,height:480,maxFps:30,type:3}]}))"},
+      {formatCall("I", "m", static_cast<const rtc::AudioFileParam*>(&param)),
+       R"(I.m({path:"x.wav",pos:0,loopCount:2,from:0,to:0,publish:false}))"},
       {formatCall("I", "m", static_cast<const rtc::AudioFileParam*>(nullptr)), "I.m(null)"},
   };
-  for (const auto& c : cases) EXPECT_EQ(c.got, c.want);
-}
-
-// Test that Settings keep first-insertion order, a repeated key replaces its
-// value in place, and pointer values are written as pointers.
-TEST(JournalFormat, SettingsInFirstInsertionOrder) {
-  rtc::Settings settings;
-  settings.add("b", "1");
-  settings.add("a", "2");
-  settings.add("b", "3");
-  settings.add("p", static_cast<void*>(nullptr));
-  EXPECT_EQ(formatCall("I", "m", &settings), R"(I.m({"b":"3","a":"2","p":null}))");
-}
-
-// Test that nested records and lists are written field by field.
-TEST(JournalFormat, NestedRecords) {
-  rtc::Camera camera{"C", "g", 0, {}};
-  camera.cameraResolutions.Add({640, 480, 30, rtc::CaptureDataType::CaptureDataTypeI420});
-  EXPECT_EQ(formatCall("I", "m", camera),
-            R"(I.m({name:"C",guid:"g",index:0,cameraResolutions:[{width:640,height:480,maxFps:30,type:3}]}))");
-  rtc::AudioFileParam param;
-  param.path = "x.wav";
-  param.loopCount = 2;
-  EXPECT_EQ(formatCall("I", "m", static_cast<const rtc::AudioFileParam*>(&param)),
-            R"(I.m({path:"x.wav",pos:0,loopCount:2,from:0,to:0,publish:false}))");
+  for (const auto& [got, want] : cases) EXPECT_EQ(got, want);
 }
 
 // Each journal test starts from a stopped engine with empty journals.
@@ -118,9 +109,7 @@ TEST_F(Journal, CrashReportsLogLinesAndLogFile) {
 
   const auto reports = control::crashReports();
   ASSERT_EQ(reports.size(), 1u);
-  EXPECT_EQ(reports[0].type, 3);
-  EXPECT_EQ(reports[0].tag, "orva");
-  EXPECT_EQ(reports[0].message, "camera: -5");
+  EXPECT_EQ(std::tie(reports[0].type, reports[0].tag, reports[0].message), std::make_tuple(3, "orva", "camera: -5"));
   EXPECT_EQ(control::logLines(), std::vector<std::string>{"frame 640x480 dropped"});
   control::clearCrashReports();
   control::clearLogLines();

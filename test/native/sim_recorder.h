@@ -10,6 +10,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "orva/sdk.h"
@@ -88,99 +89,85 @@ class Recorder : public rtc::OrvaEngineListener, public rtc::VideoFrameProcessor
 
   // MediaServiceListener
   void OnSessionStateChanged(const char* s, rtc::MediaSessionState state, rtc::MediaSessionState reason) override {
-    add("OnSessionStateChanged(" + str(s) + "," + num(state) + "," + num(reason) + ")");
+    add("OnSessionStateChanged", s, state, reason);
   }
   void OnGroupStateChanged(const char* g, rtc::GroupState state, rtc::GroupState reason) override {
-    add("OnGroupStateChanged(" + str(g) + "," + num(state) + "," + num(reason) + ")");
+    add("OnGroupStateChanged", g, state, reason);
   }
   void OnNetworkStats(const rtc::NetworkStats& stats) override {
     std::string remote;
-    for (auto& r : stats.remoteStatistics) remote += str(r.userId) + ":" + num(r.width) + "x" + num(r.height) + ";";
-    add("OnNetworkStats(" + num(stats.localStatistics.size()) + "," + remote + ")");
+    for (auto& r : stats.remoteStatistics) remote += text(r.userId) + ":" + text(r.width) + "x" + text(r.height) + ";";
+    add("OnNetworkStats", stats.localStatistics.size(), remote);
   }
   void OnUserVoiceVolume(const std::vector<rtc::VolumeInfo>& v, int users, int total) override {
-    add("OnUserVoiceVolume(" + volumes(v) + "," + num(users) + "," + num(total) + ")");
+    add("OnUserVoiceVolume", volumes(v), users, total);
   }
   void onEchoResult(const rtc::EchoCheckResult& r) override {
-    add("onEchoResult(" + num(r.network_result) + "," + num(r.performance_result.result) + "," +
-        num(r.driver_result.result) + ")");
+    add("onEchoResult", r.network_result, r.performance_result.result, r.driver_result.result);
   }
-  void OnTerminate() override { add("OnTerminate()"); }
+  void OnTerminate() override { add("OnTerminate"); }
   // AudioServiceListener
-  void OnPlayFileStart(int id, int duration) override { add("OnPlayFileStart(" + num(id) + "," + num(duration) + ")"); }
-  void OnPlayFileEnd(int id, int reason) override { add("OnPlayFileEnd(" + num(id) + "," + num(reason) + ")"); }
+  void OnPlayFileStart(int id, int duration) override { add("OnPlayFileStart", id, duration); }
+  void OnPlayFileEnd(int id, int reason) override { add("OnPlayFileEnd", id, reason); }
   void OnPlayFilePosChanged(int id, int pos, int duration) override {
     if (onFilePos) onFilePos();
-    add("OnPlayFilePosChanged(" + num(id) + "," + num(pos) + "," + num(duration) + ")");
+    add("OnPlayFilePosChanged", id, pos, duration);
   }
-  void OnPlayFileTerminate() override { add("OnPlayFileTerminate()"); }
+  void OnPlayFileTerminate() override { add("OnPlayFileTerminate"); }
   // ILocalMediaTranscoderCallback
   void onTranscodingStarted(rtc::LocalMediaTranscodingError e, const std::string& m) override {
-    add("onTranscodingStarted(" + num(e) + "," + m + ")");
+    add("onTranscodingStarted", e, m);
   }
-  void onTranscodingStopped(int code, const std::string& m) override {
-    add("onTranscodingStopped(" + num(code) + "," + m + ")");
-  }
+  void onTranscodingStopped(int code, const std::string& m) override { add("onTranscodingStopped", code, m); }
   // IMediaDeviceCallback
   void onCameraSourceStarted(const std::string& id, rtc::LocalMediaTranscodingError e, const std::string&) override {
-    add("onCameraSourceStarted(" + id + "," + num(e) + ")");
+    add("onCameraSourceStarted", id, e);
   }
-  void onCameraSourceStopped(const std::string& id, const std::string&) override {
-    add("onCameraSourceStopped(" + id + ")");
-  }
+  void onCameraSourceStopped(const std::string& id, const std::string&) override { add("onCameraSourceStopped", id); }
   void onCameraSourceError(const std::string& id, rtc::OrvaVideoCaptureError e) override {
-    add("onCameraSourceError(" + id + "," + num(e) + ")");
+    add("onCameraSourceError", id, e);
   }
   void onScreenSourceStarted(const std::string& id, rtc::LocalMediaTranscodingError e, const std::string&) override {
-    add("onScreenSourceStarted(" + id + "," + num(e) + ")");
+    add("onScreenSourceStarted", id, e);
   }
-  void onScreenSourceStopped(const std::string& id, int code) override {
-    add("onScreenSourceStopped(" + id + "," + num(code) + ")");
-  }
+  void onScreenSourceStopped(const std::string& id, int code) override { add("onScreenSourceStopped", id, code); }
   void onScreenSourceError(const std::string& id, rtc::OrvaScreenCaptureError e) override {
-    add("onScreenSourceError(" + id + "," + num(e) + ")");
+    add("onScreenSourceError", id, e);
   }
   void onImageSourceStarted(const std::string& id, rtc::LocalMediaTranscodingError e, const std::string&) override {
-    add("onImageSourceStarted(" + id + "," + num(e) + ")");
+    add("onImageSourceStarted", id, e);
   }
-  void onImageSourceStopped(const std::string& id) override { add("onImageSourceStopped(" + id + ")"); }
+  void onImageSourceStopped(const std::string& id) override { add("onImageSourceStopped", id); }
   void onSourceSized(const std::string& id, rtc::LocalMediaTranscodingSourceType t, int w, int h) override {
-    add("onSourceSized(" + id + "," + num(t) + "," + num(w) + "," + num(h) + ")");
+    add("onSourceSized", id, t, w, h);
   }
   void onUserVoiceVolume(const std::vector<rtc::VolumeInfo>& v, int users, int total) override {
-    add("onUserVoiceVolume(" + volumes(v) + "," + num(users) + "," + num(total) + ")");
+    add("onUserVoiceVolume", volumes(v), users, total);
   }
   void onAudioDeviceCaptureVolumeChanged(int volume, bool muted) override {
-    add("onAudioDeviceCaptureVolumeChanged(" + num(volume) + "," + num(muted) + ")");
+    add("onAudioDeviceCaptureVolumeChanged", volume, muted);
   }
   void onAudioDevicePlayoutVolumeChanged(int volume, bool muted) override {
-    add("onAudioDevicePlayoutVolumeChanged(" + num(volume) + "," + num(muted) + ")");
+    add("onAudioDevicePlayoutVolumeChanged", volume, muted);
   }
   // MediaChannelListener
   void OnStreamAdd(const char* user, rtc::StreamType type, int index, const rtc::StringVector& streams,
                    rtc::MediaChannel* channel) override {
-    add("OnStreamAdd(" + str(user) + "," + num(type) + "," + num(index) + "," + streams.get(0) + "," +
-        (channel != nullptr ? "channel" : "null") + ")");
+    add("OnStreamAdd", user, type, index, streams.get(0), channel != nullptr ? "channel" : "null");
   }
   void OnStreamRemove(const char* user, rtc::StreamType type, int index, rtc::MediaChannel*) override {
-    add("OnStreamRemove(" + str(user) + "," + num(type) + "," + num(index) + ")");
+    add("OnStreamRemove", user, type, index);
   }
-  void OnAudioEvent(const char* user, rtc::AudioEvent e) override {
-    add("OnAudioEvent(" + str(user) + "," + num(e) + ")");
-  }
-  void OnVideoEvent(const char* user, rtc::VideoEvent e) override {
-    add("OnVideoEvent(" + str(user) + "," + num(e) + ")");
-  }
-  void OnVideoSizeFirst(const std::string& user, int w, int h) override {
-    add("OnVideoSizeFirst(" + user + "," + num(w) + "," + num(h) + ")");
-  }
-  void OnAudioFilePlayCompleted(const char* file) override { add("OnAudioFilePlayCompleted(" + str(file) + ")"); }
-  void OnMediaChannelTerminate() override { add("OnMediaChannelTerminate()"); }
+  void OnAudioEvent(const char* user, rtc::AudioEvent e) override { add("OnAudioEvent", user, e); }
+  void OnVideoEvent(const char* user, rtc::VideoEvent e) override { add("OnVideoEvent", user, e); }
+  void OnVideoSizeFirst(const std::string& user, int w, int h) override { add("OnVideoSizeFirst", user, w, h); }
+  void OnAudioFilePlayCompleted(const char* file) override { add("OnAudioFilePlayCompleted", file); }
+  void OnMediaChannelTerminate() override { add("OnMediaChannelTerminate"); }
   // MediaLiveListener
-  void OnAudioEvent(rtc::AudioEvent e) override { add("LiveAudioEvent(" + num(e) + ")"); }
-  void OnVideoEvent(rtc::VideoEvent e) override { add("LiveVideoEvent(" + num(e) + ")"); }
+  void OnAudioEvent(rtc::AudioEvent e) override { add("LiveAudioEvent", e); }
+  void OnVideoEvent(rtc::VideoEvent e) override { add("LiveVideoEvent", e); }
   // VideoFrameProcessor
-  void OnVideoFormatChanged(int w, int h) override { add("OnVideoFormatChanged(" + num(w) + "," + num(h) + ")"); }
+  void OnVideoFormatChanged(int w, int h) override { add("OnVideoFormatChanged", w, h); }
   void OnVideoFrame(rtc::VideoFrame* f) override {
     FrameCopy copy{f->width, f->height, f->size, f->strideY, f->strideU, f->strideV, -1, -1, f->extra, f->type,
                    f->share_handle, {}};
@@ -200,19 +187,28 @@ class Recorder : public rtc::OrvaEngineListener, public rtc::VideoFrameProcessor
   }
 
  private:
+  // Numbers and enumerations as decimals, a null char pointer as "(null)".
   template <class T>
-  static std::string num(T value) {
+    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+  static std::string text(T value) {
     return std::to_string(static_cast<long long>(value));
   }
-  static std::string str(const char* s) { return s != nullptr ? s : "(null)"; }
+  static std::string text(const char* s) { return s != nullptr ? s : "(null)"; }
+  static std::string text(const std::string& s) { return s; }
   static std::string volumes(const std::vector<rtc::VolumeInfo>& v) {
     std::string out;
     for (auto& i : v) out += i.userId + ";";
     return out;
   }
-  void add(std::string text) {
+  // Records "name(part,part,...)".
+  template <class... Parts>
+  void add(const char* name, const Parts&... parts) {
+    std::string line = std::string(name) + "(";
+    ((line += text(parts), line += ","), ...);
+    if (sizeof...(parts) > 0) line.pop_back();
+    line += ")";
     std::lock_guard lock(mutex_);
-    events_.push_back({std::move(text), std::this_thread::get_id()});
+    events_.push_back({std::move(line), std::this_thread::get_id()});
     ++changes_;
     changed_.notify_all();
   }

@@ -37,8 +37,9 @@ TEST(Scheduler, RunsByDueTimeThenPostingOrder) {
   scheduler.post(0ms, note(1));
   scheduler.post(0ms, note(2));
   scheduler.post(10ms, note(4));
-  std::this_thread::sleep_for(80ms);
-  ASSERT_TRUE(scheduler.runAndWait([] {}));
+  std::promise<void> last;
+  scheduler.post(40ms, [&] { last.set_value(); });
+  last.get_future().wait();
   scheduler.stop();
   EXPECT_EQ(order, (std::vector<int>{1, 2, 4, 3}));
   ASSERT_EQ(threads.size(), 1u);
@@ -60,9 +61,11 @@ TEST(Scheduler, StopDropsPendingTasksAndReleasesWaiters) {
   });
   blockerStarted.get_future().wait();
   auto waiter = std::async(std::launch::async, [&] { return scheduler.runAndWait([&] { ++ran; }); });
+  // Gives the waiter a chance to post before the stop; one that comes later
+  // is refused at once, which the checks below accept too.
   std::this_thread::sleep_for(20ms);
   auto stopper = std::async(std::launch::async, [&] { scheduler.stop(); });
-  std::this_thread::sleep_for(20ms);
+  while (scheduler.running()) std::this_thread::yield();  // stop has begun: nothing more will run
   release = true;
   stopper.get();
   EXPECT_FALSE(waiter.get());
@@ -110,10 +113,6 @@ TEST(ListenerRegistry, ForgetListenerWaitsForItsFaces) {
   EXPECT_FALSE(registry.invoke<rtc::MediaChannelListener>([](auto*) {}));
   caller.join();
 }
-
-}  // namespace
-
-namespace {
 
 struct CountingProcessor : rtc::VideoFrameProcessor {
   std::atomic<int> frames{0};

@@ -3,6 +3,9 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace test_control {
@@ -20,360 +23,170 @@ template <> rtc::MediaChannelListener* pick(const control::Registered& r) { retu
 template <> rtc::MediaLiveListener* pick(const control::Registered& r) { return r.live; }
 template <> rtc::VideoFrameProcessor* pick(const control::Registered& r) { return r.processor; }
 
-template <class Face, class Fn>
-Raise on(Fn fn) {
-  return [fn](const control::Registered& r) {
+// Each parameter type of a callback is converted on the script thread into
+// a value the engine thread can own (`hold`), and turned into the argument
+// only when the call is made (`use`): JavaScript values never cross threads,
+// and records that count their instances are made where the engine made them.
+template <class P>
+struct Tag {};
+
+template <class P>
+  requires(std::is_enum_v<P> || std::is_same_v<P, int>)
+int hold(Tag<P>, const JsArgs& a, size_t i) {
+  return a.i32(i);
+}
+template <class P>
+  requires(std::is_enum_v<P> || std::is_same_v<P, int>)
+P use(Tag<P>, int held) {
+  return static_cast<P>(held);
+}
+
+bool hold(Tag<bool>, const JsArgs& a, size_t i) { return a.boolean(i); }
+std::string hold(Tag<const std::string&>, const JsArgs& a, size_t i) { return a.str(i); }
+// A null char pointer where script passed null or undefined.
+std::optional<std::string> hold(Tag<const char*>, const JsArgs& a, size_t i) { return a.cstr(i); }
+const char* use(Tag<const char*>, const std::optional<std::string>& s) { return s ? s->c_str() : nullptr; }
+
+std::vector<std::string> hold(Tag<const rtc::StringVector&>, const JsArgs& a, size_t i) {
+  return toStrings(a.env(), a.at(i));
+}
+// A StringVector cannot be copied or moved, so it is built in the temporary
+// that lives for the call.
+struct StringsArg {
+  explicit StringsArg(const std::vector<std::string>& items) {
+    for (const auto& s : items) vector.add(s);
+  }
+  operator const rtc::StringVector&() const { return vector; }
+  rtc::StringVector vector;
+};
+StringsArg use(Tag<const rtc::StringVector&>, const std::vector<std::string>& items) { return StringsArg(items); }
+
+// Any value but null or undefined stands for the loopback engine's channel.
+rtc::MediaChannel* hold(Tag<rtc::MediaChannel*>, const JsArgs& a, size_t i) {
+  return a.isNullish(i) ? nullptr : control::loopbackChannel();
+}
+
+std::vector<rtc::VolumeInfo> hold(Tag<const std::vector<rtc::VolumeInfo>&>, const JsArgs& a, size_t i) {
+  return toVolumes(a.env(), a.at(i));
+}
+rtc::EchoCheckResult hold(Tag<const rtc::EchoCheckResult&>, const JsArgs& a, size_t i) {
+  return toEchoResult(a.env(), a.at(i));
+}
+rtc::MediaChannelErrInfo hold(Tag<const rtc::MediaChannelErrInfo&>, const JsArgs& a, size_t i) {
+  return toErrInfo(a.env(), a.at(i));
+}
+std::map<std::string, std::string> hold(Tag<const std::map<std::string, std::string>&>, const JsArgs& a, size_t i) {
+  return toStringMap(a.env(), a.at(i));
+}
+
+// The statistics' records point into their user ids; both travel together.
+struct HeldStats {
+  std::vector<std::string> ids;
+  rtc::NetworkStats stats;
+};
+std::shared_ptr<HeldStats> hold(Tag<const rtc::NetworkStats&>, const JsArgs& a, size_t i) {
+  auto held = std::make_shared<HeldStats>();
+  held->stats = toNetworkStats(a.env(), a.at(i), held->ids);
+  return held;
+}
+const rtc::NetworkStats& use(Tag<const rtc::NetworkStats&>, const std::shared_ptr<HeldStats>& held) {
+  return held->stats;
+}
+
+// Every other held value is the argument itself.
+template <class P, class Held>
+const Held& use(Tag<P>, const Held& held) {
+  return held;
+}
+
+template <class Face, class... P, size_t... I>
+Raise bindCall(void (Face::*member)(P...), const JsArgs& a, std::index_sequence<I...>) {
+  // Braces convert the arguments left to right, as script wrote them.
+  std::tuple<decltype(hold(Tag<P>{}, a, I))...> held{hold(Tag<P>{}, a, I)...};
+  return [member, held](const control::Registered& r) {
     Face* face = pick<Face>(r);
     if (face == nullptr) return false;
-    fn(face);
+    (face->*member)(use(Tag<P>{}, std::get<I>(held))...);
     return true;
   };
 }
 
-const char* ptr(const std::optional<std::string>& s) { return s ? s->c_str() : nullptr; }
-
-template <class E>
-E as(int value) {
-  return static_cast<E>(value);
+// The raise of one listener member, its arguments taken in declared order.
+template <auto Member>
+Raise raiseOf(const JsArgs& a) {
+  return [&]<class Face, class... P>(void (Face::*member)(P...)) {
+    return bindCall(member, a, std::index_sequence_for<P...>{});
+  }(Member);
 }
 
-rtc::MediaChannel* channelArg(const JsArgs& a, size_t i) {
-  return a.isNullish(i) ? nullptr : control::loopbackChannel();
-}
+// One entry per listener member, named as script names it.
+#define ORVA_RAISE(Face, member) {#Face "." #member, raiseOf<&rtc::Face::member>}
 
-using Builder = Raise (*)(const JsArgs&);
-using Rtc = rtc::RtcEngineListener;
-using Service = rtc::MediaServiceListener;
-using Audio = rtc::AudioServiceListener;
-using Transcoder = rtc::ILocalMediaTranscoderCallback;
-using Device = rtc::IMediaDeviceCallback;
-using Channel = rtc::MediaChannelListener;
-using Live = rtc::MediaLiveListener;
-using Processor = rtc::VideoFrameProcessor;
-using Err = rtc::LocalMediaTranscodingError;
-
-// Device callbacks of the shape (sourceId, code, message).
-template <void (Device::*Member)(const std::string&, Err, const std::string&)>
-Raise sourceStarted(const JsArgs& a) {
-  auto id = a.str(0);
-  auto code = a.i32(1);
-  auto message = a.str(2);
-  return on<Device>([=](Device* l) { (l->*Member)(id, as<Err>(code), message); });
-}
-
-// Device callbacks of the shape (sourceId).
-template <void (Device::*Member)(const std::string&)>
-Raise sourceOnly(const JsArgs& a) {
-  auto id = a.str(0);
-  return on<Device>([=](Device* l) { (l->*Member)(id); });
-}
-
-// Device callbacks of the shape (sourceId, enum code).
-template <class E, void (Device::*Member)(const std::string&, E)>
-Raise sourceCode(const JsArgs& a) {
-  auto id = a.str(0);
-  auto code = a.i32(1);
-  return on<Device>([=](Device* l) { (l->*Member)(id, as<E>(code)); });
-}
-
-const std::map<std::string, Builder>& table() {
-  static const auto* const entries = new std::map<std::string, Builder>{
-      // RtcEngineListener
-      {"RtcEngineListener.OnEngineEvent",
-       [](const JsArgs& a) {
-         auto event = a.str(0);
-         auto code = a.i32(1);
-         auto info = toStringMap(a.env(), a.at(2));
-         return on<Rtc>([=](Rtc* l) { l->OnEngineEvent(event, code, info); });
-       }},
-      {"RtcEngineListener.OnEngineLog",
-       [](const JsArgs& a) {
-         auto level = a.i32(0);
-         auto tag = a.str(1);
-         auto message = a.str(2);
-         return on<Rtc>([=](Rtc* l) { l->OnEngineLog(level, tag, message); });
-       }},
-      {"RtcEngineListener.OnExtHeatBeatEvent",
-       [](const JsArgs&) { return on<Rtc>([](Rtc* l) { l->OnExtHeatBeatEvent(); }); }},
-      {"RtcEngineListener.OnMediaChannelStateChanged",
-       [](const JsArgs& a) {
-         auto state = a.i32(0);
-         auto reason = a.i32(1);
-         auto info = toErrInfo(a.env(), a.at(2));
-         return on<Rtc>([=](Rtc* l) { l->OnMediaChannelStateChanged(state, reason, info); });
-       }},
-      // MediaServiceListener
-      {"MediaServiceListener.OnSessionStateChanged",
-       [](const JsArgs& a) {
-         auto session = a.cstr(0);
-         auto state = a.i32(1);
-         auto reason = a.i32(2);
-         return on<Service>([=](Service* l) {
-           l->OnSessionStateChanged(ptr(session), as<rtc::MediaSessionState>(state), as<rtc::MediaSessionState>(reason));
-         });
-       }},
-      {"MediaServiceListener.OnGroupStateChanged",
-       [](const JsArgs& a) {
-         auto group = a.cstr(0);
-         auto state = a.i32(1);
-         auto reason = a.i32(2);
-         return on<Service>([=](Service* l) {
-           l->OnGroupStateChanged(ptr(group), as<rtc::GroupState>(state), as<rtc::GroupState>(reason));
-         });
-       }},
-      {"MediaServiceListener.OnNetworkStats",
-       [](const JsArgs& a) {
-         // The records point into the ids; both travel together.
-         auto ids = std::make_shared<std::vector<std::string>>();
-         auto stats = std::make_shared<rtc::NetworkStats>(toNetworkStats(a.env(), a.at(0), *ids));
-         return on<Service>([ids, stats](Service* l) { l->OnNetworkStats(*stats); });
-       }},
-      {"MediaServiceListener.OnAlternateServerAvailable",
-       [](const JsArgs& a) {
-         auto servers = toStrings(a.env(), a.at(0));
-         return on<Service>([=](Service* l) {
-           rtc::StringVector vector;
-           for (auto& s : servers) vector.add(s);
-           l->OnAlternateServerAvailable(vector);
-         });
-       }},
-      {"MediaServiceListener.OnPerformanceAlarms",
-       [](const JsArgs& a) {
-         auto event = a.i32(0);
-         return on<Service>([=](Service* l) { l->OnPerformanceAlarms(as<rtc::PerformanceAlarmEvent>(event)); });
-       }},
-      {"MediaServiceListener.OnUserVoiceVolume",
-       [](const JsArgs& a) {
-         auto volumes = toVolumes(a.env(), a.at(0));
-         auto users = a.i32(1);
-         auto total = a.i32(2);
-         return on<Service>([=](Service* l) { l->OnUserVoiceVolume(volumes, users, total); });
-       }},
-      {"MediaServiceListener.onEchoResult",
-       [](const JsArgs& a) {
-         auto result = toEchoResult(a.env(), a.at(0));
-         return on<Service>([=](Service* l) { l->onEchoResult(result); });
-       }},
-      {"MediaServiceListener.OnTerminate",
-       [](const JsArgs&) { return on<Service>([](Service* l) { l->OnTerminate(); }); }},
-      // AudioServiceListener
-      {"AudioServiceListener.OnPlayFileStart",
-       [](const JsArgs& a) {
-         auto id = a.i32(0);
-         auto duration = a.i32(1);
-         return on<Audio>([=](Audio* l) { l->OnPlayFileStart(id, duration); });
-       }},
-      {"AudioServiceListener.OnPlayFileEnd",
-       [](const JsArgs& a) {
-         auto id = a.i32(0);
-         auto reason = a.i32(1);
-         return on<Audio>([=](Audio* l) { l->OnPlayFileEnd(id, reason); });
-       }},
-      {"AudioServiceListener.OnPlayFilePosChanged",
-       [](const JsArgs& a) {
-         auto id = a.i32(0);
-         auto position = a.i32(1);
-         auto duration = a.i32(2);
-         return on<Audio>([=](Audio* l) { l->OnPlayFilePosChanged(id, position, duration); });
-       }},
-      {"AudioServiceListener.OnPlayFileTerminate",
-       [](const JsArgs&) { return on<Audio>([](Audio* l) { l->OnPlayFileTerminate(); }); }},
-      // ILocalMediaTranscoderCallback
-      {"ILocalMediaTranscoderCallback.onTranscodingStarted",
-       [](const JsArgs& a) {
-         auto code = a.i32(0);
-         auto message = a.str(1);
-         return on<Transcoder>([=](Transcoder* l) { l->onTranscodingStarted(as<Err>(code), message); });
-       }},
-      {"ILocalMediaTranscoderCallback.onTranscodingStopped",
-       [](const JsArgs& a) {
-         auto code = a.i32(0);
-         auto message = a.str(1);
-         return on<Transcoder>([=](Transcoder* l) { l->onTranscodingStopped(code, message); });
-       }},
-      // IMediaDeviceCallback
-      {"IMediaDeviceCallback.onCameraSourceStarted", sourceStarted<&Device::onCameraSourceStarted>},
-      {"IMediaDeviceCallback.onCameraSourceStopped",
-       [](const JsArgs& a) {
-         auto id = a.str(0);
-         auto message = a.str(1);
-         return on<Device>([=](Device* l) { l->onCameraSourceStopped(id, message); });
-       }},
-      {"IMediaDeviceCallback.onCameraSourceError", sourceCode<rtc::OrvaVideoCaptureError, &Device::onCameraSourceError>},
-      {"IMediaDeviceCallback.onMicSourceError", sourceCode<rtc::OrvaAudioCaptureError, &Device::onMicSourceError>},
-      {"IMediaDeviceCallback.onScreenSourceStarted", sourceStarted<&Device::onScreenSourceStarted>},
-      {"IMediaDeviceCallback.onScreenSourcePaused",
-       sourceCode<rtc::OrvaScreenCapturePauseReason, &Device::onScreenSourcePaused>},
-      {"IMediaDeviceCallback.onScreenSourceResumed",
-       sourceCode<rtc::OrvaScreenCaptureResumeReason, &Device::onScreenSourceResumed>},
-      {"IMediaDeviceCallback.onScreenSourceCovered", sourceOnly<&Device::onScreenSourceCovered>},
-      {"IMediaDeviceCallback.onScreenSourceStopped", sourceCode<int, &Device::onScreenSourceStopped>},
-      {"IMediaDeviceCallback.onScreenSourceError", sourceCode<rtc::OrvaScreenCaptureError, &Device::onScreenSourceError>},
-      {"IMediaDeviceCallback.onImageSourceStarted", sourceStarted<&Device::onImageSourceStarted>},
-      {"IMediaDeviceCallback.onImageSourceStopped", sourceOnly<&Device::onImageSourceStopped>},
-      {"IMediaDeviceCallback.onCameraDidReady",
-       [](const JsArgs&) { return on<Device>([](Device* l) { l->onCameraDidReady(); }); }},
-      {"IMediaDeviceCallback.onMicDidReady",
-       [](const JsArgs&) { return on<Device>([](Device* l) { l->onMicDidReady(); }); }},
-      {"IMediaDeviceCallback.onUserVoiceVolume",
-       [](const JsArgs& a) {
-         auto volumes = toVolumes(a.env(), a.at(0));
-         auto users = a.i32(1);
-         auto total = a.i32(2);
-         return on<Device>([=](Device* l) { l->onUserVoiceVolume(volumes, users, total); });
-       }},
-      {"IMediaDeviceCallback.onDeviceChange",
-       [](const JsArgs& a) {
-         auto id = a.str(0);
-         auto type = a.i32(1);
-         auto state = a.i32(2);
-         return on<Device>(
-             [=](Device* l) { l->onDeviceChange(id, as<rtc::DeviceType>(type), as<rtc::DeviceState>(state)); });
-       }},
-      {"IMediaDeviceCallback.onTestMicVolume",
-       [](const JsArgs& a) {
-         auto volume = a.i32(0);
-         return on<Device>([=](Device* l) { l->onTestMicVolume(volume); });
-       }},
-      {"IMediaDeviceCallback.onTestSpeakerVolume",
-       [](const JsArgs& a) {
-         auto volume = a.i32(0);
-         return on<Device>([=](Device* l) { l->onTestSpeakerVolume(volume); });
-       }},
-      {"IMediaDeviceCallback.onAudioDeviceCaptureVolumeChanged",
-       [](const JsArgs& a) {
-         auto volume = a.i32(0);
-         auto muted = a.boolean(1);
-         return on<Device>([=](Device* l) { l->onAudioDeviceCaptureVolumeChanged(volume, muted); });
-       }},
-      {"IMediaDeviceCallback.onAudioDevicePlayoutVolumeChanged",
-       [](const JsArgs& a) {
-         auto volume = a.i32(0);
-         auto muted = a.boolean(1);
-         return on<Device>([=](Device* l) { l->onAudioDevicePlayoutVolumeChanged(volume, muted); });
-       }},
-      {"IMediaDeviceCallback.onSourceSized",
-       [](const JsArgs& a) {
-         auto id = a.str(0);
-         auto type = a.i32(1);
-         auto width = a.i32(2);
-         auto height = a.i32(3);
-         return on<Device>([=](Device* l) {
-           l->onSourceSized(id, as<rtc::LocalMediaTranscodingSourceType>(type), width, height);
-         });
-       }},
-      {"IMediaDeviceCallback.onBeautyError",
-       [](const JsArgs& a) {
-         auto id = a.str(0);
-         auto error = a.i32(1);
-         auto message = a.str(2);
-         return on<Device>([=](Device* l) { l->onBeautyError(id, error, message); });
-       }},
-      {"IMediaDeviceCallback.onCameraSourceRecordStarted", sourceOnly<&Device::onCameraSourceRecordStarted>},
-      {"IMediaDeviceCallback.onCameraSourceRecordStopped", sourceOnly<&Device::onCameraSourceRecordStopped>},
-      {"IMediaDeviceCallback.onCameraSourceRecordError",
-       sourceCode<rtc::OrvaVideoRecordError, &Device::onCameraSourceRecordError>},
-      {"IMediaDeviceCallback.onEncoderError",
-       [](const JsArgs& a) {
-         auto error = a.i32(0);
-         return on<Device>([=](Device* l) { l->onEncoderError(error); });
-       }},
-      // MediaChannelListener
-      {"MediaChannelListener.OnStreamAdd",
-       [](const JsArgs& a) {
-         auto user = a.cstr(0);
-         auto type = a.i32(1);
-         auto index = a.i32(2);
-         auto streams = toStrings(a.env(), a.at(3));
-         auto* channel = channelArg(a, 4);
-         return on<Channel>([=](Channel* l) {
-           rtc::StringVector vector;
-           for (auto& s : streams) vector.add(s);
-           l->OnStreamAdd(ptr(user), as<rtc::StreamType>(type), index, vector, channel);
-         });
-       }},
-      {"MediaChannelListener.OnStreamRemove",
-       [](const JsArgs& a) {
-         auto user = a.cstr(0);
-         auto type = a.i32(1);
-         auto index = a.i32(2);
-         auto* channel = channelArg(a, 3);
-         return on<Channel>(
-             [=](Channel* l) { l->OnStreamRemove(ptr(user), as<rtc::StreamType>(type), index, channel); });
-       }},
-      {"MediaChannelListener.OnAudioEvent",
-       [](const JsArgs& a) {
-         auto user = a.cstr(0);
-         auto event = a.i32(1);
-         return on<Channel>([=](Channel* l) { l->OnAudioEvent(ptr(user), as<rtc::AudioEvent>(event)); });
-       }},
-      {"MediaChannelListener.OnVideoEvent",
-       [](const JsArgs& a) {
-         auto user = a.cstr(0);
-         auto event = a.i32(1);
-         return on<Channel>([=](Channel* l) { l->OnVideoEvent(ptr(user), as<rtc::VideoEvent>(event)); });
-       }},
-      {"MediaChannelListener.OnAudioLevelChanged",
-       [](const JsArgs& a) {
-         auto user = a.cstr(0);
-         auto level = a.i32(1);
-         return on<Channel>([=](Channel* l) { l->OnAudioLevelChanged(ptr(user), level); });
-       }},
-      {"MediaChannelListener.OnVideoSizeFirst",
-       [](const JsArgs& a) {
-         auto user = a.str(0);
-         auto width = a.i32(1);
-         auto height = a.i32(2);
-         return on<Channel>([=](Channel* l) { l->OnVideoSizeFirst(user, width, height); });
-       }},
-      {"MediaChannelListener.OnVideoSizeChanged",
-       [](const JsArgs& a) {
-         auto user = a.str(0);
-         auto width = a.i32(1);
-         auto height = a.i32(2);
-         return on<Channel>([=](Channel* l) { l->OnVideoSizeChanged(user, width, height); });
-       }},
-      {"MediaChannelListener.OnVideoLevelChanged",
-       [](const JsArgs& a) {
-         auto user = a.str(0);
-         auto level = a.str(1);
-         auto detail = a.str(2);
-         return on<Channel>([=](Channel* l) { l->OnVideoLevelChanged(user, level, detail); });
-       }},
-      {"MediaChannelListener.OnAudioFilePlayError",
-       [](const JsArgs& a) {
-         auto file = a.cstr(0);
-         auto error = a.i32(1);
-         return on<Channel>([=](Channel* l) { l->OnAudioFilePlayError(ptr(file), error); });
-       }},
-      {"MediaChannelListener.OnAudioFilePlayCompleted",
-       [](const JsArgs& a) {
-         auto file = a.cstr(0);
-         return on<Channel>([=](Channel* l) { l->OnAudioFilePlayCompleted(ptr(file)); });
-       }},
-      {"MediaChannelListener.OnMediaChannelTerminate",
-       [](const JsArgs&) { return on<Channel>([](Channel* l) { l->OnMediaChannelTerminate(); }); }},
-      // MediaLiveListener
-      {"MediaLiveListener.OnVideoEvent",
-       [](const JsArgs& a) {
-         auto event = a.i32(0);
-         return on<Live>([=](Live* l) { l->OnVideoEvent(as<rtc::VideoEvent>(event)); });
-       }},
-      {"MediaLiveListener.OnAudioEvent",
-       [](const JsArgs& a) {
-         auto event = a.i32(0);
-         return on<Live>([=](Live* l) { l->OnAudioEvent(as<rtc::AudioEvent>(event)); });
-       }},
-      // VideoFrameProcessor (frames go through deliverFrame)
-      {"VideoFrameProcessor.OnVideoFormatChanged",
-       [](const JsArgs& a) {
-         auto width = a.i32(0);
-         auto height = a.i32(1);
-         return on<Processor>([=](Processor* l) { l->OnVideoFormatChanged(width, height); });
-       }},
+const std::map<std::string, Raise (*)(const JsArgs&)>& table() {
+  static const auto* const entries = new std::map<std::string, Raise (*)(const JsArgs&)>{
+      ORVA_RAISE(RtcEngineListener, OnEngineEvent),
+      ORVA_RAISE(RtcEngineListener, OnEngineLog),
+      ORVA_RAISE(RtcEngineListener, OnExtHeatBeatEvent),
+      ORVA_RAISE(RtcEngineListener, OnMediaChannelStateChanged),
+      ORVA_RAISE(MediaServiceListener, OnSessionStateChanged),
+      ORVA_RAISE(MediaServiceListener, OnGroupStateChanged),
+      ORVA_RAISE(MediaServiceListener, OnNetworkStats),
+      ORVA_RAISE(MediaServiceListener, OnAlternateServerAvailable),
+      ORVA_RAISE(MediaServiceListener, OnPerformanceAlarms),
+      ORVA_RAISE(MediaServiceListener, OnUserVoiceVolume),
+      ORVA_RAISE(MediaServiceListener, onEchoResult),
+      ORVA_RAISE(MediaServiceListener, OnTerminate),
+      ORVA_RAISE(AudioServiceListener, OnPlayFileStart),
+      ORVA_RAISE(AudioServiceListener, OnPlayFileEnd),
+      ORVA_RAISE(AudioServiceListener, OnPlayFilePosChanged),
+      ORVA_RAISE(AudioServiceListener, OnPlayFileTerminate),
+      ORVA_RAISE(ILocalMediaTranscoderCallback, onTranscodingStarted),
+      ORVA_RAISE(ILocalMediaTranscoderCallback, onTranscodingStopped),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceStarted),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceStopped),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceError),
+      ORVA_RAISE(IMediaDeviceCallback, onMicSourceError),
+      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceStarted),
+      ORVA_RAISE(IMediaDeviceCallback, onScreenSourcePaused),
+      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceResumed),
+      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceCovered),
+      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceStopped),
+      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceError),
+      ORVA_RAISE(IMediaDeviceCallback, onImageSourceStarted),
+      ORVA_RAISE(IMediaDeviceCallback, onImageSourceStopped),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraDidReady),
+      ORVA_RAISE(IMediaDeviceCallback, onMicDidReady),
+      ORVA_RAISE(IMediaDeviceCallback, onUserVoiceVolume),
+      ORVA_RAISE(IMediaDeviceCallback, onDeviceChange),
+      ORVA_RAISE(IMediaDeviceCallback, onTestMicVolume),
+      ORVA_RAISE(IMediaDeviceCallback, onTestSpeakerVolume),
+      ORVA_RAISE(IMediaDeviceCallback, onAudioDeviceCaptureVolumeChanged),
+      ORVA_RAISE(IMediaDeviceCallback, onAudioDevicePlayoutVolumeChanged),
+      ORVA_RAISE(IMediaDeviceCallback, onSourceSized),
+      ORVA_RAISE(IMediaDeviceCallback, onBeautyError),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceRecordStarted),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceRecordStopped),
+      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceRecordError),
+      ORVA_RAISE(IMediaDeviceCallback, onEncoderError),
+      ORVA_RAISE(MediaChannelListener, OnStreamAdd),
+      ORVA_RAISE(MediaChannelListener, OnStreamRemove),
+      ORVA_RAISE(MediaChannelListener, OnAudioEvent),
+      ORVA_RAISE(MediaChannelListener, OnVideoEvent),
+      ORVA_RAISE(MediaChannelListener, OnAudioLevelChanged),
+      ORVA_RAISE(MediaChannelListener, OnVideoSizeFirst),
+      ORVA_RAISE(MediaChannelListener, OnVideoSizeChanged),
+      ORVA_RAISE(MediaChannelListener, OnVideoLevelChanged),
+      ORVA_RAISE(MediaChannelListener, OnAudioFilePlayError),
+      ORVA_RAISE(MediaChannelListener, OnAudioFilePlayCompleted),
+      ORVA_RAISE(MediaChannelListener, OnMediaChannelTerminate),
+      ORVA_RAISE(MediaLiveListener, OnVideoEvent),
+      ORVA_RAISE(MediaLiveListener, OnAudioEvent),
+      // Frames themselves go through deliverFrame.
+      ORVA_RAISE(VideoFrameProcessor, OnVideoFormatChanged),
   };
   return *entries;
 }
+#undef ORVA_RAISE
 
 }  // namespace
 
