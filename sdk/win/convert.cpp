@@ -75,23 +75,63 @@ int asStdString(v8::Isolate* isolate, v8::Local<v8::Value> value, std::string* o
   return kTypeError;
 }
 
-// A text longer than V8's longest string (a script string turns into up to
-// three times as many UTF-8 bytes) has no script value: it reads as undefined.
-v8::Local<v8::Value> toScript(v8::Isolate* isolate, const char* text) {
-  if (text == nullptr) return v8::Undefined(isolate);
-  v8::Local<v8::String> result;
-  if (!v8::String::NewFromUtf8(isolate, text).ToLocal(&result)) return v8::Undefined(isolate);
+namespace {
+
+// V8 refuses a UTF-8 text of more bytes than its longest string before it
+// decodes it, although such a text may decode to fewer UTF-16 units (three
+// bytes make one unit at most). A longer text is decoded in pieces that each
+// fit, cut before a byte that starts a character, and joined; what cannot
+// be one script string reads as undefined.
+v8::Local<v8::Value> longTextToScript(v8::Isolate* isolate, const char* data, size_t size) {
+  constexpr size_t kMaxUnits = v8::String::kMaxLength;
+  if (size / 3 > kMaxUnits) return v8::Undefined(isolate);
+  v8::Local<v8::String> result = v8::String::Empty(isolate);
+  while (size > 0) {
+    size_t piece = size < kMaxUnits ? size : kMaxUnits;
+    // A character has at most three continuation bytes; a longer run of them
+    // is invalid whatever the cut, each byte on its own.
+    for (size_t back = 0; piece < size && back <= 3; ++back) {
+      if ((static_cast<unsigned char>(data[piece - back]) & 0xC0) != 0x80) {
+        piece -= back;
+        break;
+      }
+    }
+    v8::Local<v8::String> part;
+    if (!v8::String::NewFromUtf8(isolate, data, v8::NewStringType::kNormal, static_cast<int>(piece)).ToLocal(&part)) {
+      return v8::Undefined(isolate);
+    }
+    result = v8::String::Concat(isolate, result, part);
+    if (result.IsEmpty()) return v8::Undefined(isolate);
+    data += piece;
+    size -= piece;
+  }
   return result;
 }
 
-v8::Local<v8::Value> toScript(v8::Isolate* isolate, const std::string& text) {
-  if (text.size() >= 2147483648u) return v8::Undefined(isolate);
+v8::Local<v8::Value> textToScript(v8::Isolate* isolate, const char* data, size_t size) {
+  if (size >= 2147483648u) return v8::Undefined(isolate);
+  if (size > static_cast<size_t>(v8::String::kMaxLength)) [[unlikely]] {
+    return longTextToScript(isolate, data, size);
+  }
   v8::Local<v8::String> result;
-  if (!v8::String::NewFromUtf8(isolate, text.data(), v8::NewStringType::kNormal, static_cast<int>(text.size()))
-           .ToLocal(&result)) {
+  if (!v8::String::NewFromUtf8(isolate, data, v8::NewStringType::kNormal, static_cast<int>(size)).ToLocal(&result)) {
     return v8::Undefined(isolate);
   }
   return result;
+}
+
+}  // namespace
+
+// The length is measured here, not by V8: V8 would decode a text of more
+// bytes than its longest string and end the process when the result is too
+// long.
+v8::Local<v8::Value> toScript(v8::Isolate* isolate, const char* text) {
+  if (text == nullptr) return v8::Undefined(isolate);
+  return textToScript(isolate, text, std::strlen(text));
+}
+
+v8::Local<v8::Value> toScript(v8::Isolate* isolate, const std::string& text) {
+  return textToScript(isolate, text.data(), text.size());
 }
 
 char* copyText(const char* text) {

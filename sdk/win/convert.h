@@ -129,11 +129,12 @@ int asCString(v8::Isolate* isolate, v8::Local<v8::Value> value, Utf8Arg* out);
 int asStdString(v8::Isolate* isolate, v8::Local<v8::Value> value, std::string* out, bool* isNull);
 
 /// Script string from text up to its first zero byte; undefined for null
-/// and for texts longer than V8's longest string.
+/// and for texts that decode to more than V8's longest string.
 v8::Local<v8::Value> toScript(v8::Isolate* isolate, const char* text);
 
 /// Script string from all bytes of `text`, zero bytes included; undefined
-/// for texts of 2^31 bytes or more, or longer than V8's longest string.
+/// for texts of 2^31 bytes or more, or that decode to more than V8's longest
+/// string.
 v8::Local<v8::Value> toScript(v8::Isolate* isolate, const std::string& text);
 
 /// A fresh heap copy of `text` (length plus one), or null for null. Used by

@@ -127,8 +127,13 @@ void classGetter(v8::Local<v8::Name> /*property*/, const v8::PropertyCallbackInf
   } else {
     constructor = staleTemplates(isolate, cls).constructorTemplate;
   }
+  // The class belongs to the context of the exports object, whichever
+  // context reads it first (a `vm` context the exports were handed to):
+  // its instances and their prototypes are that context's objects.
+  v8::Local<v8::Context> context;
+  if (!info.Holder()->GetCreationContext().ToLocal(&context)) context = isolate->GetCurrentContext();
   // An empty function (an exhausted stack, say) leaves its exception to script.
-  info.GetReturnValue().Set(constructor->GetFunction(isolate->GetCurrentContext()).FromMaybe(v8::Local<v8::Function>()));
+  info.GetReturnValue().Set(constructor->GetFunction(context).FromMaybe(v8::Local<v8::Function>()));
 }
 
 // V8 keeps an object with fast properties and sorts its descriptors again

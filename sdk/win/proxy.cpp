@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "errors.h"
+#include "generated_module.h"
 #include "module.h"
 #include "record_arena.h"
 #include "registry.h"
@@ -16,11 +17,32 @@ namespace {
 v8::Persistent<v8::ObjectTemplate> gFallbackInstance;
 v8::Persistent<v8::Private> gOwnerKey;
 
+// The class data of this module for `type`, or null for a type without a
+// class. A descriptor may be shared with another copy of this module loaded
+// into the same context (the descriptors of a context's modules are shared
+// by name), and then names that copy's class: its templates call that copy's
+// wrappers, which know only that copy's records, and its finaliser gives
+// records back to that copy's arena. Proxies of this module are made and
+// finalised with this module's own classes.
+ClassClientData* ownClass(TypeDescriptor* type) {
+  ClassClientData* data = type->clientdata;
+  const Surface& module = generated::surface();
+  const bool own =
+      data == nullptr || (data->entry >= module.classes && data->entry < module.classes + module.classCount);
+  if (own) [[likely]] {
+    return data;
+  }
+  for (size_t i = 0; i < module.classCount; ++i) {
+    if (typeAt(module.classes[i].typeIndex) == type) return module.classes[i].clientData;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 void deleteOwnedObject(ProxyRecord* record) {
   if (!record->owned || record->ptr == nullptr) return;
-  ClassClientData* data = record->type->clientdata;
+  ClassClientData* data = ownClass(record->type);
   if (data != nullptr && data->entry != nullptr) data->entry->destroy(record->ptr);
   record->owned = false;
   record->ptr = nullptr;
@@ -50,19 +72,20 @@ ProxyRecord* attachRecord(v8::Isolate* isolate, v8::Local<v8::Object> object, vo
   record->type = type;
   object->SetAlignedPointerInInternalField(0, record);
   record->handle.Reset(isolate, object);
-  Finalizer finalizer = record->owned && type->clientdata != nullptr ? type->clientdata->finalizer : defaultFinalizer;
+  ClassClientData* data = record->owned ? ownClass(type) : nullptr;
+  Finalizer finalizer = data != nullptr ? data->finalizer : defaultFinalizer;
   record->handle.SetWeak(record, finalizer, v8::WeakCallbackType::kParameter);
   return record;
 }
 
 // A new object of `type`'s class (or the fallback class) for a non-null
-// pointer; empty when V8 could not make it.
-v8::Local<v8::Object> newInstance(v8::Isolate* isolate, TypeDescriptor* type) {
-  ClassClientData* data = type->clientdata;
+// pointer, made in `context`; empty when V8 could not make it.
+v8::Local<v8::Object> newInstance(v8::Isolate* isolate, TypeDescriptor* type, v8::Local<v8::Context> context) {
+  ClassClientData* data = ownClass(type);
   if (data != nullptr && data->instanceTemplate.IsEmpty()) buildClass(isolate, *data);
   v8::Local<v8::ObjectTemplate> instanceTemplate =
       data != nullptr ? data->instanceTemplate.Get(isolate) : gFallbackInstance.Get(isolate);
-  return instanceTemplate->NewInstance(isolate->GetCurrentContext()).FromMaybe(v8::Local<v8::Object>());
+  return instanceTemplate->NewInstance(context).FromMaybe(v8::Local<v8::Object>());
 }
 
 }  // namespace
@@ -74,7 +97,7 @@ void attach(v8::Isolate* isolate, v8::Local<v8::Object> object, void* pointer, T
 // Callers are API callbacks, which run inside a handle scope of their own.
 v8::Local<v8::Value> newProxy(v8::Isolate* isolate, void* pointer, TypeDescriptor* type, int flags) {
   if (pointer == nullptr) return v8::Null(isolate);
-  v8::Local<v8::Object> object = newInstance(isolate, type);
+  v8::Local<v8::Object> object = newInstance(isolate, type, isolate->GetCurrentContext());
   if (!object.IsEmpty()) attachRecord(isolate, object, pointer, type, flags);
   return object;
 }
@@ -82,13 +105,21 @@ v8::Local<v8::Value> newProxy(v8::Isolate* isolate, void* pointer, TypeDescripto
 v8::Local<v8::Value> newBorrowedProxy(v8::Isolate* isolate, void* pointer, TypeDescriptor* type,
                                       v8::Local<v8::Object> owner, Borrow borrow) {
   if (pointer == nullptr) return v8::Null(isolate);
-  v8::Local<v8::Object> object = newInstance(isolate, type);
+  // A method runs in the context it was made in, its class's. A part is read
+  // through an accessor, which runs in the context of the code reading it (a
+  // `vm` context the owner was handed to): the part is made beside its owner.
+  v8::Local<v8::Context> context = isolate->GetCurrentContext();
+  if (borrow == kPart) {
+    v8::Local<v8::Context> ownerContext;
+    if (owner->GetCreationContext().ToLocal(&ownerContext)) context = ownerContext;
+  }
+  v8::Local<v8::Object> object = newInstance(isolate, type, context);
   if (object.IsEmpty()) return object;
   ProxyRecord* record = attachRecord(isolate, object, pointer, type, 0);
   // The owner is this module's proxy: the wrapper converted it as its receiver.
   record->owner = recordOf(owner);
   record->borrow = borrow;
-  if (object->SetPrivate(isolate->GetCurrentContext(), gOwnerKey.Get(isolate), owner).IsNothing()) return {};
+  if (object->SetPrivate(context, gOwnerKey.Get(isolate), owner).IsNothing()) return {};
   return object;
 }
 
@@ -100,7 +131,8 @@ void* borrowedPointer(ProxyRecord* record) {
   if (backed && record->borrow == kElement) {
     // Only containers hand out elements, and every container class says how
     // to tell whether it still holds one.
-    const ClassEntry* entry = owner->type->clientdata != nullptr ? owner->type->clientdata->entry : nullptr;
+    ClassClientData* data = ownClass(owner->type);
+    const ClassEntry* entry = data != nullptr ? data->entry : nullptr;
     backed = entry != nullptr && entry->holds != nullptr && entry->holds(container, record->ptr);
   }
   if (!backed) record->ptr = nullptr;

@@ -2,6 +2,7 @@
 // Script values to native ones at their edges, through fields and methods.
 const test = require('node:test');
 const assert = require('node:assert/strict');
+const { constants } = require('node:buffer');
 const { orva, thrown } = require('./lib/orva');
 
 // [record, field, declared type, value, expected read back (or an Error message fragment)]
@@ -90,4 +91,16 @@ test('texts cross as UTF-8 both ways, zero bytes included', () => {
   assert.equal(stats.userId, 'a', 'a char const * field reads up to its first zero byte');
   stats.userId = null;
   assert.equal(stats.userId, undefined);
+});
+
+// V8 refuses UTF-8 of more bytes than its longest string before decoding it;
+// three bytes a character make such a text of a string that fits.
+test('a text of more UTF-8 bytes than the longest string comes back whole', () => {
+  const text = '\u4e2d'.repeat(Math.ceil((constants.MAX_STRING_LENGTH + 1) / 3));
+  for (const [record, field] of [['Speaker', 'name'], ['OrvaRemoteStatistics', 'userId']]) {
+    const object = new orva[record]();
+    object[field] = text;
+    assert.ok(object[field] === text, `${record}.${field}`);
+    object[field] = '';
+  }
 });

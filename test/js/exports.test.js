@@ -2,8 +2,11 @@
 // The exports object: exactly the classes and constants, constants read-only.
 const test = require('node:test');
 const assert = require('node:assert/strict');
+const fs = require('node:fs');
+const os = require('node:os');
 const path = require('node:path');
-const { orva, thrown, buildDir } = require('./lib/orva');
+const vm = require('node:vm');
+const { orva, thrown, buildDir, collect } = require('./lib/orva');
 
 const CLASSES = [
   'StringMap', 'ScreenVector', 'WindowVector', 'AsyncResultHandler', 'Settings', 'StringVector', 'Speaker',
@@ -143,4 +146,41 @@ test('an exports object that throws gets its own exception back, and the process
     const module = { exports: new Proxy({}, { [trap]() { throw new Error(`trap ${trap}`); } }) };
     assert.throws(() => process.dlopen(module, addon), { message: `trap ${trap}` });
   }
+});
+
+test('classes and parts first read in another context are made in the context of their owners', () => {
+  // Fresh exports, so that no class has been read yet.
+  const module = { exports: {} };
+  process.dlopen(module, path.join(buildDir, 'orvaEngine.node'));
+  const fresh = module.exports;
+  const made = vm.runInNewContext(`
+    const list = new orva.CameraList();
+    list.Add(new orva.Camera());
+    [list, list.Get(0), list.Get(0).cameraResolutions, orva.OrvaEngine.SDK().Cameras()];`, { orva: fresh });
+  assert.equal(Object.getPrototypeOf(fresh.Camera), Function.prototype);
+  for (const object of [new fresh.Camera(), ...made]) assert.ok(object instanceof Object, object.constructor.name);
+});
+
+test('a second copy of the addon in one process makes and uses its own objects', async () => {
+  // Another copy of the file is another module: it shares the context's
+  // descriptors with this one, and must still serve its own proxies.
+  const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'orva-copy-'));
+  const file = path.join(folder, 'orvaEngine.node');
+  fs.copyFileSync(path.join(buildDir, 'orvaEngine.node'), file);
+  const copy = require(file);
+  fs.rmSync(folder, { recursive: true });
+  for (let round = 0; round < 2; round += 1) {
+    for (const module of [copy, orva]) {
+      const list = new module.CameraList();
+      const camera = new module.Camera();
+      camera.name = 'kept';
+      list.Add(camera);
+      assert.equal(list.Get(0).name, 'kept');
+      assert.equal(typeof module.OrvaEngine.SDK().Cameras().Get(0).name, 'string');
+    }
+    // Proxies of both copies are finalised, and their slots reused.
+    await collect();
+  }
+  assert.equal(thrown(() => new orva.CameraList().Add(new copy.Camera())),
+    "in method 'CameraList_Add', argument 2 of type 'Orva::Rtc::Camera const &'");
 });
