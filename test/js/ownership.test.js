@@ -58,6 +58,8 @@ const VIEWS = [
   ['CameraList', () => orva.OrvaEngine.SDK().Cameras().Get(0), (view) => typeof view.name, 'string'],
   ['CameraList', () => orva.OrvaEngine.SDK().Cameras().Get(0).cameraResolutions.Get(0), (view) => view.width > 0, true],
   ['CameraResolutionList', () => new orva.Camera().cameraResolutions, (view) => view.Size(), 0],
+  // A frame's pixels go away with the frame.
+  ['VideoFrame', () => new orva.VideoFrame(64).data, (view) => view.getCPtr() !== 0, true],
   ['LocalMediaTranscodingSourceList', () => {
     const params = new orva.LocalMediaTranscodingParams();
     params.inputSourceList.Add(new orva.LocalMediaTranscodingSource());

@@ -283,9 +283,12 @@ def render_field(ctx: Context, linked: LinkedClass, member: Member) -> list[str]
         if accessor == "get":
             body.append("if (self == nullptr) return;")
             if ref.kind == "pointer":
+                # A raw buffer the record points at, often one it owns (a frame's
+                # pixels): the proxy keeps the record alive, as a part does.
                 descriptor = ref.descriptor or ctx.linked.descriptor_of("void").mangled
-                body.append(f"info.GetReturnValue().Set(binding::newProxy(isolate, "
-                            f"const_cast<void*>(static_cast<const void*>({target})), {ctx.type_at(descriptor)}, 0));")
+                body.append(f"info.GetReturnValue().Set(binding::newBorrowedProxy(isolate, "
+                            f"const_cast<void*>(static_cast<const void*>({target})), {ctx.type_at(descriptor)}, "
+                            "info.Holder(), binding::kPart));")
             else:
                 part = TypeRef(written=ref.written, kind=ref.kind, form="ref", cpp=ref.cpp, descriptor=ref.descriptor)
                 body += result_lines(ctx, part if ref.kind == "object" else ref, target, Ownership.PART,
