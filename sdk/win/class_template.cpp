@@ -13,6 +13,7 @@ void constantGetter(v8::Local<v8::Name> /*property*/, const v8::PropertyCallback
 }  // namespace
 
 v8::Local<v8::String> symbol(v8::Isolate* isolate, const char* text) {
+  // Names are short literals of this module: no script can make this fail.
   return v8::String::NewFromUtf8(isolate, text, v8::NewStringType::kInternalized).ToLocalChecked();
 }
 
