@@ -1,9 +1,15 @@
-# Finds the headers of the Node.js that runs the build (V8, Node.js, libuv)
-# and offers `node_addon(<target> <sources>...)` for native addons.
-find_program(NODE_EXECUTABLE node REQUIRED)
-execute_process(
-  COMMAND ${NODE_EXECUTABLE} -p "require('path').resolve(process.execPath, '..', '..', 'include', 'node')"
-  OUTPUT_VARIABLE NODE_INCLUDE_DIR OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+# Finds the headers of the Node.js that runs the build (V8, Node.js, libuv),
+# or the ones ORVA_NODE_INCLUDE_DIR names (another Node.js version, an
+# Electron release), and offers `node_addon(<target> <sources>...)`.
+set(ORVA_NODE_INCLUDE_DIR "" CACHE PATH "Node.js headers to build against (default: those of the node on PATH)")
+if(ORVA_NODE_INCLUDE_DIR)
+  set(NODE_INCLUDE_DIR ${ORVA_NODE_INCLUDE_DIR})
+else()
+  find_program(NODE_EXECUTABLE node REQUIRED)
+  execute_process(
+    COMMAND ${NODE_EXECUTABLE} -p "require('path').resolve(process.execPath, '..', '..', 'include', 'node')"
+    OUTPUT_VARIABLE NODE_INCLUDE_DIR OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+endif()
 if(NOT EXISTS "${NODE_INCLUDE_DIR}/node.h")
   message(FATAL_ERROR "Node.js headers not found at ${NODE_INCLUDE_DIR}")
 endif()
