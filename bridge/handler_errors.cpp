@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "sdk/win/v8_compat.h"
+
 namespace orva::bridge {
 namespace {
 
@@ -12,7 +14,7 @@ namespace {
 // and counts as no.
 bool ask(v8::Local<v8::Context> context, v8::Local<v8::Object> process, v8::Local<v8::String> method, int argc,
          v8::Local<v8::Value>* argv) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   v8::TryCatch ignored(isolate);
   v8::Local<v8::Value> function;
   v8::Local<v8::Value> answer;
@@ -27,7 +29,7 @@ bool ask(v8::Local<v8::Context> context, v8::Local<v8::Object> process, v8::Loca
 // the process: node::FatalException ends it when nobody listens.
 bool scriptCatchesUncaught(v8::Local<v8::Context> context, v8::Local<v8::Object> process) {
   if (process.IsEmpty()) return false;
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   if (ask(context, process, v8::String::NewFromUtf8Literal(isolate, "hasUncaughtExceptionCaptureCallback"), 0,
           nullptr)) {
     return true;
@@ -37,7 +39,7 @@ bool scriptCatchesUncaught(v8::Local<v8::Context> context, v8::Local<v8::Object>
 }
 
 void printToStderr(v8::Local<v8::Context> context, const v8::TryCatch& caught) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   // Turning the exception into text runs script (a stack getter, toString);
   // what that throws leaves the plainer form.
   v8::TryCatch ignored(isolate);
@@ -50,7 +52,7 @@ void printToStderr(v8::Local<v8::Context> context, const v8::TryCatch& caught) {
 }  // namespace
 
 void reportHandlerError(v8::Local<v8::Context> context, v8::Local<v8::Object> process, const v8::TryCatch& caught) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   if (scriptCatchesUncaught(context, process)) {
     // A worker being terminated while its listeners were asked runs no more script.
     if (!isolate->IsExecutionTerminating()) node::FatalException(isolate, caught);

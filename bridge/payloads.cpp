@@ -5,6 +5,8 @@
 #include <cstring>
 #include <vector>
 
+#include "sdk/win/v8_compat.h"
+
 namespace orva::bridge {
 namespace {
 
@@ -20,7 +22,7 @@ v8::MaybeLocal<v8::Value> widen(v8::MaybeLocal<T> made) {
 class Fields {
  public:
   Fields(v8::Local<v8::Context> context, v8::Local<v8::Object> target)
-      : context_(context), isolate_(context->GetIsolate()), target_(target) {}
+      : context_(context), isolate_(binding::isolateOf(context)), target_(target) {}
 
   Fields& value(v8::Local<v8::Name> key, v8::MaybeLocal<v8::Value> value) {
     v8::Local<v8::Value> made;
@@ -87,7 +89,7 @@ bool networkStats(v8::Local<v8::Context> context, const EventPayload& payload, v
       .number("MemoryUsage", s.MemoryUsage);
   if (payload.remoteStatistics.empty()) return set.ok();
 
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   std::vector<v8::Local<v8::Value>> users;
   users.reserve(payload.remoteStatistics.size());
   bool complete = true;
@@ -118,7 +120,7 @@ bool networkStats(v8::Local<v8::Context> context, const EventPayload& payload, v
 }
 
 bool userVolumes(v8::Local<v8::Context> context, const EventPayload& payload, v8::Local<v8::Object> target) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   std::vector<v8::Local<v8::Value>> volumes;
   volumes.reserve(payload.userVolumes.size());
   bool complete = true;
@@ -146,7 +148,7 @@ bool echoResult(v8::Local<v8::Context> context, const EventPayload& payload, v8:
       .integer("driverResult", payload.resultInts[5])
       .integer("driverReason", payload.resultInts[6]);
   // Details come after the results, so a detail named like a result wins.
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   for (const auto& [key, value] : payload.details) {
     v8::Local<v8::String> name;
     if (!scriptText(isolate, key).ToLocal(&name)) return false;
@@ -182,7 +184,7 @@ v8::MaybeLocal<v8::Object> framePayload(v8::Local<v8::Context> context, const Pe
                                           "width", "height", "strideY", "strideU", "strideV", "dataY",
                                           "dataU", "dataV",  "extra",   "handle"};
   static_assert(std::size(kKeys) == std::tuple_size_v<std::remove_reference_t<decltype(keys)>>);
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   // A payload is built for every frame: its keys are made once.
   if (keys[0].IsEmpty()) {
     for (size_t i = 0; i < std::size(kKeys); ++i) {

@@ -7,6 +7,7 @@
 
 #include "facade/orva_engine_wrapper.h"
 #include "sdk/win/convert.h"
+#include "sdk/win/v8_compat.h"
 #include "wrapper_state.h"
 
 namespace orva::bridge {
@@ -29,7 +30,7 @@ struct Registration {
 // Reads the options. The getters, proxies and conversions that script put
 // there may throw: false then, with the exception left for script.
 bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> options, Registration& out) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   auto get = [&](v8::Local<v8::String> key, v8::Local<v8::Value>& value) {
     return options->Get(context, key).ToLocal(&value);
   };
@@ -48,7 +49,7 @@ bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> opti
   if (!read) return false;
   // Every frame hands the userId back to script: one that V8 could not make
   // into a string again is refused now rather than lose every frame later.
-  if (userId->Utf8Length(isolate) > v8::String::kMaxLength) {
+  if (binding::utf8Length(isolate, userId) > static_cast<size_t>(v8::String::kMaxLength)) {
     isolate->ThrowException(v8::Exception::RangeError(
         v8::String::NewFromUtf8Literal(isolate, "setVideoFrameRenderBuffer: the userId is too long")));
     return false;
@@ -61,7 +62,7 @@ bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> opti
 // Whether script can make this memory smaller than it is now: the engine
 // would then write past its end. Such a buffer is treated as no buffer.
 bool shrinkable(const std::shared_ptr<v8::BackingStore>& store) {
-  return store->IsResizableByUserJavaScript() && !store->IsShared();
+  return binding::resizableByScript(store) && !store->IsShared();
 }
 
 // Makes `registration` the one frames are copied into, in one step under the

@@ -1,6 +1,7 @@
 #include "script_link.h"
 
 #include "drain.h"
+#include "sdk/win/v8_compat.h"
 #include "wrapper_state.h"
 
 namespace orva::bridge {
@@ -68,7 +69,7 @@ void onEnvironmentGone(void* argument, void (*done)(void*), void* doneArgument) 
 // Asks for the 'exit' event. Script may have replaced `process` or its `on`:
 // the teardown hook ends the link all the same, so a failure here is dropped.
 void listenForExit(ScriptLink& link, v8::Local<v8::Context> context, v8::Local<v8::Object> process) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   v8::TryCatch ignored(isolate);
   v8::Local<v8::Value> on;
   v8::Local<v8::Function> listener;
@@ -84,7 +85,7 @@ void listenForExit(ScriptLink& link, v8::Local<v8::Context> context, v8::Local<v
 // The environment's `process`, read once; an exception of a getter that
 // script put there is dropped.
 v8::MaybeLocal<v8::Object> processObject(v8::Local<v8::Context> context) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = binding::isolateOf(context);
   v8::TryCatch ignored(isolate);
   v8::Local<v8::Value> process;
   if (!context->Global()->Get(context, v8::String::NewFromUtf8Literal(isolate, "process")).ToLocal(&process) ||
@@ -157,7 +158,7 @@ void forgetRegisteredBuffer(ScriptLink& link) {
 void forgetDetachedBuffer(ScriptLink& link) {
   if (link.registeredBuffer.IsEmpty()) return;
   v8::HandleScope scope(link.isolate);
-  if (!link.registeredBuffer.Get(link.isolate)->WasDetached()) return;
+  if (!binding::wasDetached(link.registeredBuffer.Get(link.isolate))) return;
   FrameSink& frames = link.state.frames;
   frames.lock();
   forgetRegisteredBuffer(link);

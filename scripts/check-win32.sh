@@ -57,3 +57,6 @@ CPP
 main_object=$(compile "$OUT/main.cpp")
 "$CXX_WIN32" -static -o "$OUT/check.exe" "$main_object" "${objects[@]}" -ldxgi -lshlwapi -lshell32 -lntdll
 echo "win32: ${#objects[@]} files compiled and linked into check.exe, engine calls compiled"
+
+# The rest of the addon, which needs the Node.js headers: compiled, not linked.
+"$ROOT/scripts/check-win32-syntax.sh"

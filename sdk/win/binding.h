@@ -11,3 +11,4 @@
 #include "proxy.h"
 #include "records.h"
 #include "registry.h"
+#include "v8_compat.h"

@@ -2,6 +2,7 @@
 
 #include "errors.h"
 #include "proxy.h"
+#include "v8_compat.h"
 
 namespace orva::binding {
 namespace {
@@ -32,9 +33,12 @@ void addMethod(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> classTempla
   classTemplate->PrototypeTemplate()->Set(symbol(isolate, name), v8::FunctionTemplate::New(isolate, callback));
 }
 
+// Fields and constants are native data properties: own properties of each
+// instance (of the exports object) that run native code when read or
+// assigned, and that script sees as plain writable data properties.
 void addField(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> classTemplate, const char* name,
               v8::AccessorNameGetterCallback getter, v8::AccessorNameSetterCallback setter) {
-  classTemplate->InstanceTemplate()->SetAccessor(symbol(isolate, name), getter, setter);
+  classTemplate->InstanceTemplate()->SetNativeDataProperty(symbol(isolate, name), getter, setter);
 }
 
 void addStaticFunction(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> classObject, const char* name,
@@ -46,8 +50,8 @@ void addStaticFunction(v8::Isolate* isolate, v8::Local<v8::FunctionTemplate> cla
 
 bool addConstant(v8::Local<v8::Context> context, v8::Local<v8::Object> target, const char* name,
                  v8::Local<v8::Value> value) {
-  v8::Isolate* isolate = context->GetIsolate();
-  return target->SetAccessor(context, symbol(isolate, name), constantGetter, readOnlySetter, value).IsJust();
+  v8::Isolate* isolate = isolateOf(context);
+  return target->SetNativeDataProperty(context, symbol(isolate, name), constantGetter, readOnlySetter, value).IsJust();
 }
 
 }  // namespace orva::binding

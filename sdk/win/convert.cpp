@@ -3,11 +3,10 @@
 #include <cstring>
 
 #include "generated_module.h"
+#include "v8_compat.h"
 
 namespace orva::binding {
 namespace {
-
-constexpr int kWriteFlags = v8::String::NO_NULL_TERMINATION | v8::String::REPLACE_INVALID_UTF8;
 
 // The native buffer behind a proxy of `char` (or of `std::string` when
 // `acceptString`), or null when the value is no such proxy.
@@ -34,13 +33,12 @@ int asCString(v8::Isolate* isolate, v8::Local<v8::Value> value, Utf8Arg* out) {
     // One pass when the worst case (three bytes per UTF-16 unit) fits inline.
     size_t capacity = static_cast<size_t>(length) * 3;
     if (capacity >= sizeof out->inline_) {
-      capacity = static_cast<size_t>(text->Utf8Length(isolate));
+      capacity = utf8Length(isolate, text);
       out->data_ = capacity < sizeof out->inline_ ? out->inline_ : new char[capacity + 1];
     } else {
       out->data_ = out->inline_;
     }
-    int written = text->WriteUtf8(isolate, out->data_, static_cast<int>(capacity), nullptr, kWriteFlags);
-    out->data_[written] = '\0';
+    out->data_[writeUtf8(isolate, text, out->data_, capacity)] = '\0';
     return kOk;
   }
   if (value->IsNull()) {
@@ -59,8 +57,8 @@ int asStdString(v8::Isolate* isolate, v8::Local<v8::Value> value, std::string* o
   *isNull = false;
   if (value->IsString()) {
     v8::Local<v8::String> text = value.As<v8::String>();
-    out->resize(static_cast<size_t>(text->Utf8Length(isolate)));
-    text->WriteUtf8(isolate, out->data(), static_cast<int>(out->size()), nullptr, kWriteFlags);
+    out->resize(utf8Length(isolate, text));
+    writeUtf8(isolate, text, out->data(), out->size());
     return kOk;
   }
   if (value->IsNull()) {

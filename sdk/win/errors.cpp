@@ -5,6 +5,8 @@
 #include <exception>
 #include <new>
 
+#include "v8_compat.h"
+
 namespace orva::binding {
 
 namespace {
@@ -46,9 +48,7 @@ void readOnlySetter(v8::Local<v8::Name> property, v8::Local<v8::Value> /*value*/
   char message[320];
   v8::Local<v8::String> text;
   if (property->IsString() && property->ToString(isolate->GetCurrentContext()).ToLocal(&text)) {
-    int written = text->WriteUtf8(isolate, name, 256, nullptr,
-                                  v8::String::NO_NULL_TERMINATION | v8::String::REPLACE_INVALID_UTF8);
-    name[written] = '\0';
+    name[writeUtf8(isolate, text, name, 256)] = '\0';
     int length = std::snprintf(message, sizeof message, "Tried to write read-only variable: %s.", name);
     if (length > 0 && static_cast<size_t>(length) < sizeof message) {
       throwError(isolate, message, static_cast<size_t>(length));

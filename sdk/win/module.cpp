@@ -25,6 +25,7 @@
 #include "platform/platform.h"
 #include "proxy.h"
 #include "registry.h"
+#include "v8_compat.h"
 
 namespace orva::binding {
 namespace {
@@ -131,7 +132,7 @@ void classGetter(v8::Local<v8::Name> /*property*/, const v8::PropertyCallbackInf
   // context reads it first (a `vm` context the exports were handed to):
   // its instances and their prototypes are that context's objects.
   v8::Local<v8::Context> context;
-  if (!info.Holder()->GetCreationContext().ToLocal(&context)) context = isolate->GetCurrentContext();
+  if (!creationContextOf(isolate, holderOf(info)).ToLocal(&context)) context = isolate->GetCurrentContext();
   // An empty function (an exhausted stack, say) leaves its exception to script.
   info.GetReturnValue().Set(constructor->GetFunction(context).FromMaybe(v8::Local<v8::Function>()));
 }
@@ -143,7 +144,7 @@ void classGetter(v8::Local<v8::Name> /*property*/, const v8::PropertyCallbackInf
 // The exports object is whatever the loading script's module object holds (a
 // Proxy, say): where it throws, its exception is left to that script.
 bool useDictionaryProperties(v8::Local<v8::Context> context, v8::Local<v8::Object> object) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = isolateOf(context);
   v8::Local<v8::Symbol> first = v8::Symbol::New(isolate);
   v8::Local<v8::Symbol> second = v8::Symbol::New(isolate);
   return object->Set(context, first, v8::Undefined(isolate)).IsJust() &&
@@ -170,7 +171,7 @@ void buildClass(v8::Isolate* isolate, ClassClientData& data) {
 
 void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> /*module*/, v8::Local<v8::Context> context,
                 void* /*priv*/) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = isolateOf(context);
   if (!claim(isolate)) return throwError(isolate, kOtherThreadMessage);
   const Surface& module = surface();
   check(module.classCount <= 0xff, "a class index fits the low byte of a class getter's data");
@@ -228,10 +229,16 @@ node::node_module gModuleRecord = {
 
 // Loading the module registers it. It also stays loaded for good: engine
 // threads run its code, so it must outlive a worker that loaded it and ended.
-[[gnu::constructor]] void registerModule() {
+bool registerModule() {
   node_module_register(&gModuleRecord);
   orva::platform::pinThisModule();
+  return true;
 }
+
+// The initialiser of a namespace-scope object runs when the module is loaded
+// with every compiler; a compiler's own constructor attribute does not (MSVC
+// ignores the GNU one).
+[[maybe_unused]] const bool gRegistered = registerModule();
 
 }  // namespace
 

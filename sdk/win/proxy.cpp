@@ -7,6 +7,7 @@
 #include "module.h"
 #include "record_arena.h"
 #include "registry.h"
+#include "v8_compat.h"
 
 namespace orva::binding {
 namespace {
@@ -70,7 +71,7 @@ ProxyRecord* attachRecord(v8::Isolate* isolate, v8::Local<v8::Object> object, vo
   record->ptr = pointer;
   record->owned = (flags & kOwn) != 0;
   record->type = type;
-  object->SetAlignedPointerInInternalField(0, record);
+  setAlignedPointerAt(object, 0, record);
   record->handle.Reset(isolate, object);
   ClassClientData* data = record->owned ? ownClass(type) : nullptr;
   Finalizer finalizer = data != nullptr ? data->finalizer : defaultFinalizer;
@@ -111,7 +112,7 @@ v8::Local<v8::Value> newBorrowedProxy(v8::Isolate* isolate, void* pointer, TypeD
   v8::Local<v8::Context> context = isolate->GetCurrentContext();
   if (borrow == kPart) {
     v8::Local<v8::Context> ownerContext;
-    if (owner->GetCreationContext().ToLocal(&ownerContext)) context = ownerContext;
+    if (creationContextOf(isolate, owner).ToLocal(&ownerContext)) context = ownerContext;
   }
   v8::Local<v8::Object> object = newInstance(isolate, type, context);
   if (object.IsEmpty()) return object;

@@ -8,6 +8,7 @@
 #include "proxy.h"
 #include "record_arena.h"
 #include "records.h"
+#include "v8_compat.h"
 
 namespace orva::binding {
 
@@ -58,7 +59,7 @@ CastEntry* findCast(TypeDescriptor* source, TypeDescriptor* target);
 /// without a check that ends the process when it is none.)
 inline ProxyRecord* recordOf(v8::Local<v8::Object> object) {
   if (object->InternalFieldCount() != 1 || !object->IsApiWrapper()) return nullptr;
-  void* slot = object->GetAlignedPointerFromInternalField(0);
+  void* slot = alignedPointerAt(object, 0);
   if (!isRecordSlot(slot)) return nullptr;
   auto* record = static_cast<ProxyRecord*>(slot);
   return record->tag == kProxyTag ? record : nullptr;

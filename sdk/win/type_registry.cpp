@@ -3,6 +3,7 @@
 #include "fatal.h"
 #include "proxy.h"
 #include "registry.h"
+#include "v8_compat.h"
 
 namespace orva::binding {
 namespace {
@@ -81,7 +82,7 @@ void installDescriptors(ModuleTypeTable* table) {
 ModuleTypeTable* typeTable() { return gTable; }
 
 ModuleTypeTable* tableOfContext(v8::Local<v8::Context> context) {
-  v8::Isolate* isolate = context->GetIsolate();
+  v8::Isolate* isolate = isolateOf(context);
   v8::Local<v8::Value> stored;
   if (!context->Global()->GetPrivate(context, tablePrivate(isolate)).ToLocal(&stored)) return nullptr;
   if (stored->IsUndefined() || stored->IsNull() || !stored->IsExternal()) return nullptr;
@@ -101,7 +102,7 @@ void initTypeTable(ModuleTypeTable* table, v8::Local<v8::Context> context) {
       found->next = table;
     }
   } else {
-    v8::Isolate* isolate = context->GetIsolate();
+    v8::Isolate* isolate = isolateOf(context);
     v8::Local<v8::External> value = v8::External::New(isolate, table);
     check(!value.IsEmpty(), "!mod.IsEmpty()");
     check(context->Global()->SetPrivate(context, tablePrivate(isolate), value).FromMaybe(false), "!mod.IsEmpty()");

@@ -127,6 +127,20 @@ test('assigning to a constant throws and keeps the value', () => {
   }
 });
 
+test('fields and constants are plain data properties to script, alike on every V8', () => {
+  // Last declared first: the order in which V8 lists a template's properties.
+  const rect = new orva.Rect();
+  assert.deepEqual(Object.keys(rect), ['height', 'width', 'y', 'x']);
+  for (const [owner, name, value] of [[rect, 'x', 0], [orva, 'kLevelInfo', 2]]) {
+    const descriptor = { value, writable: true, enumerable: true, configurable: true };
+    assert.deepEqual(Object.getOwnPropertyDescriptor(owner, name), descriptor, name);
+    // An object that inherits the property gets its own on assignment; the native side is not written.
+    const heir = Object.create(owner);
+    heir[name] = 7;
+    assert.deepEqual([heir[name], owner[name], Object.keys(heir)], [7, value, [name]], name);
+  }
+});
+
 test('an OrvaVideoProccessor has the methods of VideoFrameProcessor through its prototype chain', () => {
   // The class object's prototype inherits the `_exports_` template's, which
   // for OrvaVideoProccessor inherits VideoFrameProcessor's.

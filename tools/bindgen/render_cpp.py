@@ -276,7 +276,7 @@ def render_field(ctx: Context, linked: LinkedClass, member: Member) -> list[str]
         body = [
             "[[maybe_unused]] v8::Isolate* isolate = info.GetIsolate();",
             f"{cls.cpp}* self = nullptr;",
-            f"if (!binding::asSelf(info.Holder(), {self_type}, &self)) "
+            f"if (!binding::asSelf(binding::holderOf(info), {self_type}, &self)) "
             f"return binding::throwError(isolate, {self_message});",
         ]
         target = f"self->{field.name}"
@@ -288,11 +288,11 @@ def render_field(ctx: Context, linked: LinkedClass, member: Member) -> list[str]
                 descriptor = ref.descriptor or ctx.linked.descriptor_of("void").mangled
                 body.append(f"info.GetReturnValue().Set(binding::newBorrowedProxy(isolate, "
                             f"const_cast<void*>(static_cast<const void*>({target})), {ctx.type_at(descriptor)}, "
-                            "info.Holder(), binding::kPart));")
+                            "binding::holderOf(info), binding::kPart));")
             else:
                 part = TypeRef(written=ref.written, kind=ref.kind, form="ref", cpp=ref.cpp, descriptor=ref.descriptor)
                 body += result_lines(ctx, part if ref.kind == "object" else ref, target, Ownership.PART,
-                                     "info.Holder()")
+                                     "binding::holderOf(info)")
         else:
             type_message = names.cpp_string(names.arg_message(label, 2, field.written))
             null_message = names.cpp_string(names.null_message(label, 2, field.written))
