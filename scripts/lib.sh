@@ -16,8 +16,10 @@ configure() {
 }
 
 # Installs the npm development dependencies when they are missing or stale.
+# Without the package's own install script: each script here builds what it
+# needs, in its own folder.
 npm_deps() {
   if [ ! -f node_modules/.package-lock.json ] || [ package-lock.json -nt node_modules/.package-lock.json ]; then
-    npm ci --no-audit --no-fund --loglevel=error
+    npm ci --ignore-scripts --no-audit --no-fund --loglevel=error
   fi
 }

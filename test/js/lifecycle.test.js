@@ -176,5 +176,5 @@ test('a worker gets a clear Error while the main thread holds the module, and th
 test('the loader names the rebuild command when the addon is missing', () => {
   const result = runScript(`try { require(${JSON.stringify(root)}); } catch (e) { console.log(e.message); }`,
     { ORVA_BUILD_DIR: 'no-such-build' });
-  assert.match(result.stdout, /the native addon is missing .*no-such-build.*; build it with `npm run build`/);
+  assert.match(result.stdout, /the native addon is missing .*no-such-build.*; build it with `npm run build:dev`/);
 });

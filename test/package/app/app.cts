@@ -1,0 +1,10 @@
+// A CommonJS application written against the shipped declarations.
+import orva = require('orva-engine');
+
+const settings = new orva.Settings();
+settings.add('environment', 'prod');
+const engine = orva.OrvaEngineWrapper.createOrvaEngine();
+const joined: 2 = orva.Joined;
+console.log(engine?.enterRoom('room', settings), joined);
+// @ts-expect-error constants are read-only
+orva.Joined = 3;

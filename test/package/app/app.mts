@@ -1,0 +1,12 @@
+// An ES module application written against the shipped declarations.
+import orva, { OrvaEngineWrapper, Settings, Joined, type OrvaEventHandler } from 'orva-engine';
+
+const engine = OrvaEngineWrapper.createOrvaEngine();
+const handler: OrvaEventHandler = (name, state) => {
+  if (name === 'OnSessionStateChanged' && state === Joined) engine?.exitRoom();
+};
+engine?.setCallback(handler);
+const status: number = engine?.initialize(new Settings(), null) ?? -1;
+console.log(status, orva.Leaved);
+// @ts-expect-error a room is named by a string
+engine?.enterRoom(42, null);
