@@ -33,8 +33,8 @@ FrameSink::Offer FrameSink::offer(const FrameView& frame) {
       char message[192];
       std::snprintf(message, sizeof message,
                     "OnOrvaEngineVideoFrame:jswidth:%d, jsheight:%d, jssize:%d, width:%d, height:%d, size:%d",
-                    renderWidth, renderHeight, static_cast<int>(static_cast<uint32_t>(renderBufferSize)),
-                    frame.width, frame.height, frame.size);
+                    renderWidth, renderHeight, static_cast<int>(static_cast<uint32_t>(renderBufferSize)), frame.width,
+                    frame.height, frame.size);
       log_(message);
       frameValid = 0;
       result = Offer::kRefused;

@@ -173,8 +173,7 @@ void OrvaEngineEventHandler::onCameraDidReady() { emit(event("OnCameraDidReady")
 
 void OrvaEngineEventHandler::onMicDidReady() { emit(event("OnMicDidReady")); }
 
-void OrvaEngineEventHandler::onUserVoiceVolume(const std::vector<VolumeInfo>& volumes, int userCount,
-                                               int totalVolume) {
+void OrvaEngineEventHandler::onUserVoiceVolume(const std::vector<VolumeInfo>& volumes, int userCount, int totalVolume) {
   PendingEvent pending = event("OnUserVoiceVolume");
   pending.payload = std::make_unique<EventPayload>();
   pending.payload->userVolumes = volumes;
@@ -201,7 +200,8 @@ void OrvaEngineEventHandler::onSourceSized(const std::string& sourceId, LocalMed
 }
 
 void OrvaEngineEventHandler::onBeautyError(const std::string& sourceId, int error, const std::string& message) {
-  if (!beautyReported_.exchange(true, std::memory_order_relaxed)) report(ERROR_TYPE_WARNING, BEAUTY_ERROR, error, message);
+  if (!beautyReported_.exchange(true, std::memory_order_relaxed))
+    report(ERROR_TYPE_WARNING, BEAUTY_ERROR, error, message);
   emit(event("OnBeautyError", error, 0, 0, sourceId, message));
 }
 

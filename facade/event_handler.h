@@ -15,7 +15,7 @@
 namespace orva::bridge {
 struct PendingEvent;
 struct WrapperState;
-}
+}  // namespace orva::bridge
 
 namespace Orva::Rtc {
 
@@ -76,8 +76,7 @@ class OrvaEngineEventHandler final : public OrvaEngineListener, public VideoFram
   void onTestSpeakerVolume(int) override {}
   void onAudioDeviceCaptureVolumeChanged(int volume, bool muted) override;
   void onAudioDevicePlayoutVolumeChanged(int volume, bool muted) override;
-  void onSourceSized(const std::string& sourceId, LocalMediaTranscodingSourceType type, int width,
-                     int height) override;
+  void onSourceSized(const std::string& sourceId, LocalMediaTranscodingSourceType type, int width, int height) override;
   void onBeautyError(const std::string& sourceId, int error, const std::string& message) override;
   void onCameraSourceRecordStarted(const std::string& sourceId) override;
   void onCameraSourceRecordStopped(const std::string& sourceId) override;

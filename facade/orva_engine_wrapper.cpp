@@ -149,7 +149,8 @@ bool OrvaEngineWrapper::isSupportShareTexture(const std::string& adapterKey) {
 void OrvaEngineWrapper::setJsMixedVideoRenderView(uint32_t window) {
   if (engine_ == nullptr || !orva::platform::isWindow(window)) return;
   // A native window handle is a number to script and a pointer to the engine.
-  engine_->setMixedVideoRenderView(reinterpret_cast<void*>(static_cast<uintptr_t>(window)));  // NOLINT(performance-no-int-to-ptr)
+  engine_->setMixedVideoRenderView(
+      reinterpret_cast<void*>(static_cast<uintptr_t>(window)));  // NOLINT(performance-no-int-to-ptr)
 }
 
 void OrvaEngineWrapper::enableBeauty(const std::string& cameraId) {

@@ -247,8 +247,8 @@ void floorOpen(const FunctionCallbackInfo<Value>& info) {
   gFloor->isolate = isolate;
   gFloor->context.Reset(isolate, isolate->GetCurrentContext());
   gFloor->handler.Reset(isolate, info[0].As<v8::Function>());
-  gFloor->name.Reset(isolate, v8::String::NewFromUtf8Literal(isolate, bench::kEventName,
-                                                             v8::NewStringType::kInternalized));
+  gFloor->name.Reset(isolate,
+                     v8::String::NewFromUtf8Literal(isolate, bench::kEventName, v8::NewStringType::kInternalized));
   gFloor->async.data = gFloor;
   uv_async_init(node::GetCurrentEventLoop(isolate), &gFloor->async, floorDrain);
 }
@@ -298,8 +298,10 @@ void raiseMixed(const FunctionCallbackInfo<Value>& info) {
   const double rate = numberArg(info, 2);
   // The other addon hands its sender over as numbers: script has no other
   // way to carry a native pointer between two addons.
-  auto send = reinterpret_cast<ForeignSend>(static_cast<uintptr_t>(bigintArg(info, 4)));  // NOLINT(performance-no-int-to-ptr)
-  auto* context = reinterpret_cast<void*>(static_cast<uintptr_t>(bigintArg(info, 5)));  // NOLINT(performance-no-int-to-ptr)
+  auto send =
+      reinterpret_cast<ForeignSend>(static_cast<uintptr_t>(bigintArg(info, 4)));  // NOLINT(performance-no-int-to-ptr)
+  auto* context =
+      reinterpret_cast<void*>(static_cast<uintptr_t>(bigintArg(info, 5)));  // NOLINT(performance-no-int-to-ptr)
   rtc::AudioServiceListener* audio = registered().audio;
   if (gFloor == nullptr || send == nullptr || audio == nullptr) {
     return fail(isolate, "raiseMixed needs floorOpen, a registered listener and the baseline's sender");
@@ -353,11 +355,11 @@ struct FrameRun {
   // holds whatever ran on its CPU meanwhile.
   std::vector<double> offerCpuNs;
   std::vector<double> copyCpuNs;
-  std::vector<double> wakeNs;   // memcpy + uv_async_send into an idle loop
+  std::vector<double> wakeNs;  // memcpy + uv_async_send into an idle loop
   std::vector<double> rssAtMs;
   std::vector<double> rssKiB;
-  int missed = 0;               // ticks without a registered processor
-  std::atomic<int> ticks{0};    // ticks done, read by script while the thread runs
+  int missed = 0;             // ticks without a registered processor
+  std::atomic<int> ticks{0};  // ticks done, read by script while the thread runs
   std::thread thread;
 };
 

@@ -121,8 +121,7 @@ int AudioFiles::startChannelFile(const char* file, bool loop) {
       std::lock_guard inner(mutex_);
       if (generation != channelGeneration_) return;
     }
-    events_.registry().invoke<rtc::MediaChannelListener>(
-        [&](auto* l) { l->OnAudioFilePlayCompleted(path.c_str()); });
+    events_.registry().invoke<rtc::MediaChannelListener>([&](auto* l) { l->OnAudioFilePlayCompleted(path.c_str()); });
   });
   return kOk;
 }

@@ -41,7 +41,7 @@ class AudioFiles {
     uint64_t generation = 0;
     int positionMs = 0;
     int durationMs = 0;
-    int endMs = 0;        // the param's `to`, else the duration
+    int endMs = 0;  // the param's `to`, else the duration
     int loopsLeft = 0;
     bool paused = false;
   };

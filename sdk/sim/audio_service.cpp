@@ -29,7 +29,9 @@ void AudioServiceImpl::SetFilePublishVolume(int fileId, int volume) {
 void AudioServiceImpl::SetFileLocalVolume(int fileId, int volume) {
   noteCall(kName, "SetFileLocalVolume", fileId, volume);
 }
-int AudioServiceImpl::GetFilePos(int fileId) { return noteCall(kName, "GetFilePos", fileId), parts_.files.position(fileId); }
+int AudioServiceImpl::GetFilePos(int fileId) {
+  return noteCall(kName, "GetFilePos", fileId), parts_.files.position(fileId);
+}
 int AudioServiceImpl::GetFileDuration(const char* path) {
   return noteCall(kName, "GetFileDuration", path), parts_.files.duration(path);
 }

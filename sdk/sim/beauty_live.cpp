@@ -63,6 +63,8 @@ int LiveImpl::StartRender(void* window) {
   noteCall(kLive, "StartRender", window);
   return parts_.media.with([&](auto& m) { return m.liveView = window, kOk; });
 }
-void LiveImpl::StopRender() { noteCall(kLive, "StopRender"), parts_.media.with([](auto& m) { m.liveView = nullptr; }); }
+void LiveImpl::StopRender() {
+  noteCall(kLive, "StopRender"), parts_.media.with([](auto& m) { m.liveView = nullptr; });
+}
 
 }  // namespace orva::loopback

@@ -29,7 +29,9 @@ class ChannelMembers : public Base {
     noteMedia("PublishVideo", source, sourceId);
     return startVideo(source, sourceId);
   }
-  int PublishVideo(rtc::VideoSource source) override { return noteMedia("PublishVideo", source), startVideo(source, ""); }
+  int PublishVideo(rtc::VideoSource source) override {
+    return noteMedia("PublishVideo", source), startVideo(source, "");
+  }
   void UnPublishVideo() override { noteMedia("UnPublishVideo"), parts_.session.unpublishVideo(); }
   int ChangeVideoSource(rtc::VideoSource source, const std::string& sourceId) override {
     noteMedia("ChangeVideoSource", source, sourceId);
@@ -64,7 +66,9 @@ class ChannelMembers : public Base {
     return noteMedia("ChangeAudioSource", source), media([&](auto& m) { m.audioSource = source; }), kOk;
   }
   void UnPublishAudio() override { noteMedia("UnPublishAudio"), parts_.session.unpublishAudio(); }
-  int MixOutput(bool mix) override { return noteMedia("MixOutput", mix), media([&](auto& m) { m.mixOutput = mix; }), kOk; }
+  int MixOutput(bool mix) override {
+    return noteMedia("MixOutput", mix), media([&](auto& m) { m.mixOutput = mix; }), kOk;
+  }
   int MuteAudio(bool mute) override {
     noteMedia("MuteAudio", mute);
     media([&](auto& m) { m.audioMuted = mute; });
@@ -125,7 +129,9 @@ class ChannelMembers : public Base {
     noteMedia("DeliverTextureVideoFrame", texture, sourceId);
     return countFrame(texture != nullptr, &MediaState::videoFramesDelivered);
   }
-  void SendSei(const std::string& sei) override { noteMedia("SendSei", sei), media([](auto& m) { ++m.seiSent; }); }
+  void SendSei(const std::string& sei) override {
+    noteMedia("SendSei", sei), media([](auto& m) { ++m.seiSent; });
+  }
   int DeliverAudioFrame(rtc::AudioFrame* frame) override {
     return noteMedia("DeliverAudioFrame", frame), countFrame(frame != nullptr, &MediaState::audioFramesDelivered);
   }

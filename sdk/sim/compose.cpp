@@ -12,8 +12,7 @@ Yuv rgbToYuv(uint32_t rgb) {
   const int g = (rgb >> 8) & 0xff;
   const int b = rgb & 0xff;
   auto clamp = [](int value) { return static_cast<uint8_t>(std::clamp(value, 0, 255)); };
-  return {clamp(16 + ((66 * r + 129 * g + 25 * b + 128) >> 8)),
-          clamp(128 + ((-38 * r - 74 * g + 112 * b + 128) >> 8)),
+  return {clamp(16 + ((66 * r + 129 * g + 25 * b + 128) >> 8)), clamp(128 + ((-38 * r - 74 * g + 112 * b + 128) >> 8)),
           clamp(128 + ((112 * r - 94 * g - 18 * b + 128) >> 8))};
 }
 
@@ -39,18 +38,25 @@ int pickDimension(uint32_t wanted, uint32_t canvas, int fallback) {
 
 SourceKind kindOf(rtc::LocalMediaTranscodingSourceType type) {
   switch (type) {
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen: return SourceKind::Screen;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage: return SourceKind::Image;
-    default: return SourceKind::Camera;  // cameras and the peer's remote video
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen:
+      return SourceKind::Screen;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage:
+      return SourceKind::Image;
+    default:
+      return SourceKind::Camera;  // cameras and the peer's remote video
   }
 }
 
 std::string idOf(const rtc::LocalMediaTranscodingSource& s) {
   switch (s.sourceType) {
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen: return s.screenSourceId;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage: return s.imagePath;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceRemoteVideo: return s.userId;
-    default: return s.cameraDeviceId;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen:
+      return s.screenSourceId;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage:
+      return s.imagePath;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceRemoteVideo:
+      return s.userId;
+    default:
+      return s.cameraDeviceId;
   }
 }
 
@@ -163,9 +169,8 @@ void Composer::drawSource(const PlacedSource& s, const Pattern& p, uint32_t coun
   // Pattern column of the first visible pixel, and for cameras the shift
   // that makes the bars move left by kCameraStep pixels a frame.
   const int skipX = std::max(0, s.x0 - s.originX);
-  const int shift = s.kind == SourceKind::Camera
-                        ? static_cast<int>((static_cast<uint64_t>(counter) * kCameraStep) % p.period)
-                        : 0;
+  const int shift =
+      s.kind == SourceKind::Camera ? static_cast<int>((static_cast<uint64_t>(counter) * kCameraStep) % p.period) : 0;
   const int startY = evenDown(skipX + shift);
   auto rowOf = [&](int y) -> const Planes& {
     if (s.kind == SourceKind::Camera) return p.rows[0];

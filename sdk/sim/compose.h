@@ -33,7 +33,7 @@ enum class SourceKind { Camera, Screen, Image };
 
 struct PlacedSource {
   SourceKind kind = SourceKind::Camera;
-  std::string id;   // camera id, screen id or image path
+  std::string id;  // camera id, screen id or image path
   int zOrder = 0;
   // The visible part, clipped to the canvas, all four edges even so the
   // chroma planes cover exactly the same area: [x0, x1) x [y0, y1).
@@ -84,8 +84,8 @@ class Composer {
   };
   // One pattern row per plane; rows of a camera are offset copies of it.
   struct Pattern {
-    int period = 2;        // luma pixels after which the row repeats (even)
-    Planes rows[2];        // screens alternate two rows by cell; cameras use rows[0]
+    int period = 2;  // luma pixels after which the row repeats (even)
+    Planes rows[2];  // screens alternate two rows by cell; cameras use rows[0]
   };
 
   void drawSource(const PlacedSource& source, const Pattern& pattern, uint32_t counter, uint8_t* i420) const;

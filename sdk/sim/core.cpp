@@ -49,7 +49,8 @@ void CoreParts::forget(rtc::OrvaEngineListener* listener, rtc::VideoFrameProcess
   registry.forget(listener, processor);
   device.forgetProcessor(processor);
   if (processor == nullptr) return;
-  media.with([&](auto& m) { std::erase_if(m.videoProcessors, [&](auto& entry) { return entry.second == processor; }); });
+  media.with(
+      [&](auto& m) { std::erase_if(m.videoProcessors, [&](auto& entry) { return entry.second == processor; }); });
 }
 
 Core::Core() { parts.session.setChannel(&realtime); }

@@ -25,15 +25,27 @@ Device defaultOf(const std::vector<Device>& devices) {
 
 DeviceCore::DeviceCore(Events& events) : events_(events), state_(loopbackDevices()) {}
 
-rtc::SpeakerList DeviceCore::speakers() { return with([](auto& s) { return toList<rtc::SpeakerList>(s.speakers); }); }
+rtc::SpeakerList DeviceCore::speakers() {
+  return with([](auto& s) { return toList<rtc::SpeakerList>(s.speakers); });
+}
 rtc::MicrophoneList DeviceCore::microphones() {
   return with([](auto& s) { return toList<rtc::MicrophoneList>(s.microphones); });
 }
-rtc::CameraList DeviceCore::cameras() { return with([](auto& s) { return toList<rtc::CameraList>(s.cameras); }); }
-rtc::WindowList DeviceCore::windows() { return with([](auto& s) { return toList<rtc::WindowList>(s.windows); }); }
-rtc::ScreenList DeviceCore::screens() { return with([](auto& s) { return toList<rtc::ScreenList>(s.screens); }); }
-std::vector<rtc::Screen> DeviceCore::screenVector() { return with([](auto& s) { return s.screens; }); }
-std::vector<rtc::Window> DeviceCore::windowVector() { return with([](auto& s) { return s.windows; }); }
+rtc::CameraList DeviceCore::cameras() {
+  return with([](auto& s) { return toList<rtc::CameraList>(s.cameras); });
+}
+rtc::WindowList DeviceCore::windows() {
+  return with([](auto& s) { return toList<rtc::WindowList>(s.windows); });
+}
+rtc::ScreenList DeviceCore::screens() {
+  return with([](auto& s) { return toList<rtc::ScreenList>(s.screens); });
+}
+std::vector<rtc::Screen> DeviceCore::screenVector() {
+  return with([](auto& s) { return s.screens; });
+}
+std::vector<rtc::Window> DeviceCore::windowVector() {
+  return with([](auto& s) { return s.windows; });
+}
 
 int DeviceCore::setMicrophone(const std::string& guid) {
   return setMicrophone(with([&](auto& s) { return indexOfGuid(s.microphones, guid); }));
@@ -57,10 +69,18 @@ int DeviceCore::setSpeaker(int index) {
   return kOk;
 }
 
-rtc::Microphone DeviceCore::currentMicrophone() { return with([](auto& s) { return s.microphones[s.micIndex]; }); }
-rtc::Speaker DeviceCore::currentSpeaker() { return with([](auto& s) { return s.speakers[s.speakerIndex]; }); }
-rtc::Microphone DeviceCore::systemMicrophone() { return with([](auto& s) { return defaultOf(s.microphones); }); }
-rtc::Speaker DeviceCore::systemSpeaker() { return with([](auto& s) { return defaultOf(s.speakers); }); }
+rtc::Microphone DeviceCore::currentMicrophone() {
+  return with([](auto& s) { return s.microphones[s.micIndex]; });
+}
+rtc::Speaker DeviceCore::currentSpeaker() {
+  return with([](auto& s) { return s.speakers[s.speakerIndex]; });
+}
+rtc::Microphone DeviceCore::systemMicrophone() {
+  return with([](auto& s) { return defaultOf(s.microphones); });
+}
+rtc::Speaker DeviceCore::systemSpeaker() {
+  return with([](auto& s) { return defaultOf(s.speakers); });
+}
 
 int DeviceCore::setMicrophoneVolume(int volume) {
   if (!validVolume(volume)) return kInvalidArgument;
@@ -154,7 +174,9 @@ void DeviceCore::closeCamera(const std::string& guid) {
 
 void DeviceCore::closeCurrentCamera() { closeCamera(currentCamera().guid); }
 
-rtc::Camera DeviceCore::currentCamera() { return with([](auto& s) { return s.cameras[s.cameraIndex]; }); }
+rtc::Camera DeviceCore::currentCamera() {
+  return with([](auto& s) { return s.cameras[s.cameraIndex]; });
+}
 
 void DeviceCore::startCameraSource(const std::string& guid) {
   if (openCamera(guid) == kNotFound) {

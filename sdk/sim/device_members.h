@@ -23,7 +23,9 @@ class DeviceMembers : public Interface {
   rtc::SpeakerList Speakers() override { return note("Speakers"), device_.speakers(); }
   rtc::MicrophoneList Microphones() override { return note("Microphones"), device_.microphones(); }
   rtc::CameraList Cameras() override { return note("Cameras"), device_.cameras(); }
-  int SetMicrophone(const std::string& guid) override { return note("SetMicrophone", guid), device_.setMicrophone(guid); }
+  int SetMicrophone(const std::string& guid) override {
+    return note("SetMicrophone", guid), device_.setMicrophone(guid);
+  }
   int SetMicrophone(int index) override { return note("SetMicrophone", index), device_.setMicrophone(index); }
   rtc::Microphone GetCurrentMicrophone() override { return note("GetCurrentMicrophone"), device_.currentMicrophone(); }
   int SetSpeaker(const std::string& guid) override { return note("SetSpeaker", guid), device_.setSpeaker(guid); }
@@ -60,7 +62,9 @@ class DeviceMembers : public Interface {
     note("SetCameraCaptureParams", cameraId, params), device_.setCaptureParams(cameraId, params);
   }
   int MuteSpeaker(bool mute) override { return note("MuteSpeaker", mute), device_.muteSpeaker(mute); }
-  int PauseCamera(bool pause) override { return note("PauseCamera", pause), set(&DeviceState::cameraPaused, pause), kOk; }
+  int PauseCamera(bool pause) override {
+    return note("PauseCamera", pause), set(&DeviceState::cameraPaused, pause), kOk;
+  }
   void CloseCamera(const char* guid) override { note("CloseCamera", guid), device_.closeCamera(text(guid)); }
   void CloseCamera() override { note("CloseCamera"), device_.closeCurrentCamera(); }
   bool GetSpeakerMute() override { return note("GetSpeakerMute"), get(&DeviceState::speakerMute); }
@@ -73,7 +77,9 @@ class DeviceMembers : public Interface {
     return note("SetMixExternalAudioVolume", volume), device_.setLevel(&DeviceState::mixExternalVolume, volume);
   }
   int GetMicrophoneVolume() override { return note("GetMicrophoneVolume"), get(&DeviceState::micVolume); }
-  int SetSpeakerVolume(int volume) override { return note("SetSpeakerVolume", volume), device_.setSpeakerVolume(volume); }
+  int SetSpeakerVolume(int volume) override {
+    return note("SetSpeakerVolume", volume), device_.setSpeakerVolume(volume);
+  }
   int GetSpeakerVolume() override { return note("GetSpeakerVolume"), get(&DeviceState::speakerVolume); }
   int SetSystemSpeakerVolume(int volume) override {
     return note("SetSystemSpeakerVolume", volume), device_.setLevel(&DeviceState::systemSpeakerVolume, volume);
@@ -92,7 +98,9 @@ class DeviceMembers : public Interface {
   void StopPreview(const char* guid) override {
     note("StopPreview", guid), device_.with([&](auto& s) { s.previews.erase(text(guid)); });
   }
-  void StopPreview() override { note("StopPreview"), device_.with([&](auto& s) { s.previews.clear(); }); }
+  void StopPreview() override {
+    note("StopPreview"), device_.with([&](auto& s) { s.previews.clear(); });
+  }
   int SetMicrophoneEnhanceLevel(int level) override {
     return note("SetMicrophoneEnhanceLevel", level), device_.setLevel(&DeviceState::enhanceLevel, level);
   }
@@ -125,8 +133,12 @@ class DeviceMembers : public Interface {
     note("UpdateScreenCaptureProperty", sourceId, property);
     device_.with([&](auto& s) { s.captureProperties[sourceId] = property; });
   }
-  int StartScreenAudioCapture() override { return note("StartScreenAudioCapture"), set(&DeviceState::screenAudio, true), kOk; }
-  int StopScreenAudioCapture() override { return note("StopScreenAudioCapture"), set(&DeviceState::screenAudio, false), kOk; }
+  int StartScreenAudioCapture() override {
+    return note("StartScreenAudioCapture"), set(&DeviceState::screenAudio, true), kOk;
+  }
+  int StopScreenAudioCapture() override {
+    return note("StopScreenAudioCapture"), set(&DeviceState::screenAudio, false), kOk;
+  }
   void SetScreenAudioCaptureDeviceId(const std::string& deviceId) override {
     note("SetScreenAudioCaptureDeviceId", deviceId), set(&DeviceState::screenAudioDevice, deviceId);
   }
@@ -153,7 +165,9 @@ class DeviceMembers : public Interface {
   void SetMicCaptureProcessor(rtc::AudioFrameProcessor* p) override {
     note("SetMicCaptureProcessor", p), set(&DeviceState::micProcessor, p);
   }
-  int GetCurrentAudioLevel(bool smoothed) override { return note("GetCurrentAudioLevel", smoothed), device_.audioLevel(); }
+  int GetCurrentAudioLevel(bool smoothed) override {
+    return note("GetCurrentAudioLevel", smoothed), device_.audioLevel();
+  }
   int GetCurrentAudioLevel() override { return note("GetCurrentAudioLevel"), device_.audioLevel(); }
   void CloseAllDevice() override { note("CloseAllDevice"), device_.closeAll(); }
   void enableCameraVideoProcessor(bool enable) override {
@@ -167,7 +181,9 @@ class DeviceMembers : public Interface {
   }
   rtc::Microphone GetSystemMicDevice() override { return note("GetSystemMicDevice"), device_.systemMicrophone(); }
   rtc::Speaker GetSystemSpeakerDevice() override { return note("GetSystemSpeakerDevice"), device_.systemSpeaker(); }
-  int GetSystemSpeakerVolume() override { return note("GetSystemSpeakerVolume"), get(&DeviceState::systemSpeakerVolume); }
+  int GetSystemSpeakerVolume() override {
+    return note("GetSystemSpeakerVolume"), get(&DeviceState::systemSpeakerVolume);
+  }
   int GetSystemMicVolume() override { return note("GetSystemMicVolume"), get(&DeviceState::systemMicVolume); }
   // The loopback's system mixer follows the selected devices' mute.
   bool GetSystemMicMute() override { return note("GetSystemMicMute"), get(&DeviceState::micMute); }

@@ -55,7 +55,7 @@ struct DeviceState {
   std::set<std::string> openCameras;  // guids
   bool cameraPaused = false;
   rtc::VideoRotation rotation = rtc::kVideoRotation_0;
-  std::set<std::string> previews;     // guids ("" for the current camera)
+  std::set<std::string> previews;  // guids ("" for the current camera)
   std::map<std::string, rtc::CameraCaptureParams> captureParams;
   std::map<std::string, rtc::SourceGreenInfo> greenScreens;
   std::set<std::string> recordings;

@@ -52,7 +52,9 @@ int EngineImpl::UpdateRenderSetting(const char* userId, void* window, rtc::Setti
   call("UpdateRenderSetting", userId, window, settings);
   return userId != nullptr ? kOk : kInvalidArgument;
 }
-void EngineImpl::StopRender() { call("StopRender"), media([](auto& m) { m.localRenderView = nullptr; }); }
+void EngineImpl::StopRender() {
+  call("StopRender"), media([](auto& m) { m.localRenderView = nullptr; });
+}
 
 void EngineImpl::StartPlayFile(int fileId, const rtc::AudioFileParam* param) {
   call("StartPlayFile", fileId, param), p_.files.start(fileId, param);
@@ -88,7 +90,9 @@ void EngineImpl::removeImageSource(const std::string& imagePath) {
 void EngineImpl::setMixedVideoRenderView(void* window) {
   call("setMixedVideoRenderView", window), media([&](auto& m) { m.mixedView = window; });
 }
-void EngineImpl::setRenderFPS(int fps) { call("setRenderFPS", fps), media([&](auto& m) { m.renderFps = fps; }); }
+void EngineImpl::setRenderFPS(int fps) {
+  call("setRenderFPS", fps), media([&](auto& m) { m.renderFps = fps; });
+}
 bool EngineImpl::IsSupportHevcEncode() { return call("IsSupportHevcEncode"), false; }
 
 void EngineImpl::EnableBeauty(const std::string& cameraId) {
@@ -112,14 +116,18 @@ int EngineImpl::startRenderVideo(const std::string& userId, void* window, int mo
 void EngineImpl::stopRenderVideo(const std::string& userId) {
   call("stopRenderVideo", userId), toggle(&MediaState::renders, userId.c_str(), false);
 }
-void EngineImpl::stopAllRenderVideo() { call("stopAllRenderVideo"), media([](auto& m) { m.renders.clear(); }); }
+void EngineImpl::stopAllRenderVideo() {
+  call("stopAllRenderVideo"), media([](auto& m) { m.renders.clear(); });
+}
 int EngineImpl::startPlayAudio(const std::string& userId) {
   return call("startPlayAudio", userId), toggle(&MediaState::playouts, userId.c_str(), true);
 }
 void EngineImpl::stopPlayAudio(const std::string& userId) {
   call("stopPlayAudio", userId), toggle(&MediaState::playouts, userId.c_str(), false);
 }
-void EngineImpl::stopAllPlayAudio() { call("stopAllPlayAudio"), media([](auto& m) { m.playouts.clear(); }); }
+void EngineImpl::stopAllPlayAudio() {
+  call("stopAllPlayAudio"), media([](auto& m) { m.playouts.clear(); });
+}
 void EngineImpl::enableBeautySkinSeg(const std::string& cameraId, bool enable) {
   call("enableBeautySkinSeg", cameraId, enable), media([&](auto& m) { m.skinSegmentation[cameraId] = enable; });
 }

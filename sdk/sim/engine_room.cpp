@@ -74,9 +74,7 @@ void EngineImpl::setSystemAudioLoopbackVolume(int volume) {
 }
 int EngineImpl::getCurrentMicDeviceVolume() { return call("getCurrentMicDeviceVolume"), get(&DeviceState::micVolume); }
 int EngineImpl::getSystemMicVolume() { return call("getSystemMicVolume"), get(&DeviceState::systemMicVolume); }
-int EngineImpl::getCurrentSpeakerVolume() {
-  return call("getCurrentSpeakerVolume"), get(&DeviceState::speakerVolume);
-}
+int EngineImpl::getCurrentSpeakerVolume() { return call("getCurrentSpeakerVolume"), get(&DeviceState::speakerVolume); }
 int EngineImpl::getSystemSpeakerVolume() {
   return call("getSystemSpeakerVolume"), get(&DeviceState::systemSpeakerVolume);
 }

@@ -12,13 +12,27 @@ void appendString(std::string& out, const char* text, size_t length) {
   for (size_t i = 0; i < length; ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
     switch (c) {
-      case '"': out += "\\\""; break;
-      case '\\': out += "\\\\"; break;
-      case '\b': out += "\\b"; break;
-      case '\f': out += "\\f"; break;
-      case '\n': out += "\\n"; break;
-      case '\r': out += "\\r"; break;
-      case '\t': out += "\\t"; break;
+      case '"':
+        out += "\\\"";
+        break;
+      case '\\':
+        out += "\\\\";
+        break;
+      case '\b':
+        out += "\\b";
+        break;
+      case '\f':
+        out += "\\f";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      case '\t':
+        out += "\\t";
+        break;
       default:
         if (c < 0x20) {
           char escaped[8];
@@ -61,8 +75,7 @@ void appendPointer(std::string& out, const void* pointer) {
     return;
   }
   char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "0x%llx",
-                static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(pointer)));
+  std::snprintf(buffer, sizeof buffer, "0x%llx", static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(pointer)));
   out += buffer;
 }
 
@@ -104,17 +117,19 @@ void appendArg(std::string& out, const rtc::Rect& r) {
   RecordText{out}("x", r.x)("y", r.y)("width", r.width)("height", r.height);
 }
 
-void appendArg(std::string& out, const rtc::Window& w) { RecordText{out}("id", w.id)("title", w.title)("rect", w.rect); }
+void appendArg(std::string& out, const rtc::Window& w) {
+  RecordText{out}("id", w.id)("title", w.title)("rect", w.rect);
+}
 void appendArg(std::string& out, const rtc::Screen& s) { RecordText{out}("id", s.id)("name", s.name)("rect", s.rect); }
 
 void appendArg(std::string& out, const rtc::Speaker& s) {
-  RecordText{out}("name", s.name)("guid", s.guid)("index", s.index)("isDefault", s.isDefault)(
-      "isCommunicationDefault", s.isCommunicationDefault);
+  RecordText{out}("name", s.name)("guid", s.guid)("index", s.index)("isDefault", s.isDefault)("isCommunicationDefault",
+                                                                                              s.isCommunicationDefault);
 }
 
 void appendArg(std::string& out, const rtc::Microphone& m) {
-  RecordText{out}("name", m.name)("guid", m.guid)("index", m.index)("isDefault", m.isDefault)(
-      "isCommunicationDefault", m.isCommunicationDefault);
+  RecordText{out}("name", m.name)("guid", m.guid)("index", m.index)("isDefault", m.isDefault)("isCommunicationDefault",
+                                                                                              m.isCommunicationDefault);
 }
 
 void appendArg(std::string& out, const rtc::CameraResolution& r) {
@@ -131,7 +146,7 @@ void appendArg(std::string& out, const rtc::SourceGreenInfo& g) {
 
 void appendArg(std::string& out, const rtc::CameraCaptureParams& p) {
   RecordText{out}("mode", p.mode)("width", p.width)("height", p.height)("maxfps", p.maxfps)("captureType",
-                                                                                          p.captureType);
+                                                                                            p.captureType);
 }
 
 void appendArg(std::string& out, const rtc::ScreenCaptureProperty& p) {
@@ -148,7 +163,7 @@ void appendArg(std::string& out, const rtc::CameraRecordInfo& i) {
 void appendArg(std::string& out, const rtc::BeautyInfo& i) {
   RecordText{out}("aiModelPath", i.aiModelPath)("beautyResPathV2", i.beautyResPathV2)(
       "beautyResPathV3", i.beautyResPathV3)("filterResPath", i.filterResPath)("version", i.version)("skinSegPath",
-                                                                                                   i.skinSegPath);
+                                                                                                    i.skinSegPath);
 }
 
 void appendArg(std::string& out, const rtc::VideoEncParam& p) {
@@ -162,10 +177,8 @@ void appendArg(std::string& out, const rtc::RenderParams& p) {
 }
 
 void appendArg(std::string& out, const rtc::LocalMediaTranscodingSource& s) {
-  RecordText{out}("sourceType", s.sourceType)("cameraDeviceId", s.cameraDeviceId)("screenSourceId",
-                                                                                  s.screenSourceId)(
-      "imagePath", s.imagePath)("userId", s.userId)("rect", s.rect)("zOrder", s.zOrder)("renderParams",
-                                                                                      s.renderParams)(
+  RecordText{out}("sourceType", s.sourceType)("cameraDeviceId", s.cameraDeviceId)("screenSourceId", s.screenSourceId)(
+      "imagePath", s.imagePath)("userId", s.userId)("rect", s.rect)("zOrder", s.zOrder)("renderParams", s.renderParams)(
       "greenParams", s.greenParams)("enableGreen", s.enableGreen)("fillMode", s.fillMode);
 }
 
@@ -199,8 +212,8 @@ void appendArg(std::string& out, const rtc::AudioFileParam* p) {
     out += "null";
     return;
   }
-  RecordText{out}("path", p->path)("pos", p->pos)("loopCount", p->loopCount)("from", p->from)("to", p->to)(
-      "publish", p->publish);
+  RecordText{out}("path", p->path)("pos", p->pos)("loopCount", p->loopCount)("from", p->from)("to", p->to)("publish",
+                                                                                                           p->publish);
 }
 
 void appendArg(std::string& out, const rtc::AudioFrame* f) {

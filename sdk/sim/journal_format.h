@@ -57,12 +57,15 @@ void appendArg(std::string& out, const rtc::LocalMediaTranscodingSourceList& lis
 void appendArg(std::string& out, const rtc::AudioFileParam* param);
 void appendArg(std::string& out, const rtc::AudioFrame* frame);
 void appendArg(std::string& out, const rtc::VideoFrame* frame);
-inline void appendArg(std::string& out, rtc::AudioFrame* frame) { appendArg(out, static_cast<const rtc::AudioFrame*>(frame)); }
-inline void appendArg(std::string& out, rtc::VideoFrame* frame) { appendArg(out, static_cast<const rtc::VideoFrame*>(frame)); }
+inline void appendArg(std::string& out, rtc::AudioFrame* frame) {
+  appendArg(out, static_cast<const rtc::AudioFrame*>(frame));
+}
+inline void appendArg(std::string& out, rtc::VideoFrame* frame) {
+  appendArg(out, static_cast<const rtc::VideoFrame*>(frame));
+}
 
 template <class T>
-  requires(std::is_integral_v<T> && !std::is_same_v<T, bool>)
-void appendArg(std::string& out, T value) {
+requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) void appendArg(std::string& out, T value) {
   if constexpr (std::is_signed_v<T>) {
     appendArg(out, static_cast<long long>(value));
   } else {
@@ -71,10 +74,8 @@ void appendArg(std::string& out, T value) {
 }
 
 template <class T>
-  requires std::is_enum_v<T>
-void appendArg(std::string& out, T value) {
-  appendArg(out, static_cast<std::underlying_type_t<T>>(value));
-}
+requires std::is_enum_v<T>
+void appendArg(std::string& out, T value) { appendArg(out, static_cast<std::underlying_type_t<T>>(value)); }
 
 // Opaque pointers: window handles, listeners, processors, raw buffers.
 template <class T>

@@ -70,28 +70,21 @@ std::vector<size_t> ListenerRegistry::allSlots() {
 }
 
 FaceSet ListenerRegistry::toFaceSet(const std::vector<void*>& t) {
-  return {static_cast<rtc::RtcEngineListener*>(t[0]),
-          static_cast<rtc::MediaServiceListener*>(t[1]),
-          static_cast<rtc::AudioServiceListener*>(t[2]),
-          static_cast<rtc::ILocalMediaTranscoderCallback*>(t[3]),
-          static_cast<rtc::IMediaDeviceCallback*>(t[4]),
-          static_cast<rtc::MediaChannelListener*>(t[5]),
-          static_cast<rtc::MediaLiveListener*>(t[6]),
-          static_cast<rtc::VideoFrameProcessor*>(t[7])};
+  return {static_cast<rtc::RtcEngineListener*>(t[0]),    static_cast<rtc::MediaServiceListener*>(t[1]),
+          static_cast<rtc::AudioServiceListener*>(t[2]), static_cast<rtc::ILocalMediaTranscoderCallback*>(t[3]),
+          static_cast<rtc::IMediaDeviceCallback*>(t[4]), static_cast<rtc::MediaChannelListener*>(t[5]),
+          static_cast<rtc::MediaLiveListener*>(t[6]),    static_cast<rtc::VideoFrameProcessor*>(t[7])};
 }
 
 void ListenerRegistry::forget(rtc::OrvaEngineListener* listener, rtc::VideoFrameProcessor* processor) {
   // The same object seen through each face: base-class pointers differ.
   std::array<void*, kSlots> faces{};
   if (listener != nullptr) {
-    faces = {static_cast<rtc::RtcEngineListener*>(listener),
-             static_cast<rtc::MediaServiceListener*>(listener),
-             static_cast<rtc::AudioServiceListener*>(listener),
-             static_cast<rtc::ILocalMediaTranscoderCallback*>(listener),
-             static_cast<rtc::IMediaDeviceCallback*>(listener),
-             static_cast<rtc::MediaChannelListener*>(listener),
-             static_cast<rtc::MediaLiveListener*>(listener),
-             nullptr};
+    faces = {
+        static_cast<rtc::RtcEngineListener*>(listener),    static_cast<rtc::MediaServiceListener*>(listener),
+        static_cast<rtc::AudioServiceListener*>(listener), static_cast<rtc::ILocalMediaTranscoderCallback*>(listener),
+        static_cast<rtc::IMediaDeviceCallback*>(listener), static_cast<rtc::MediaChannelListener*>(listener),
+        static_cast<rtc::MediaLiveListener*>(listener),    nullptr};
   }
   faces[kSlots - 1] = processor;
 

@@ -23,14 +23,38 @@ enum class Face : int { Rtc, Service, Audio, Transcoder, Device, Channel, Live, 
 
 template <class T>
 constexpr Face faceOf();
-template <> constexpr Face faceOf<rtc::RtcEngineListener>() { return Face::Rtc; }
-template <> constexpr Face faceOf<rtc::MediaServiceListener>() { return Face::Service; }
-template <> constexpr Face faceOf<rtc::AudioServiceListener>() { return Face::Audio; }
-template <> constexpr Face faceOf<rtc::ILocalMediaTranscoderCallback>() { return Face::Transcoder; }
-template <> constexpr Face faceOf<rtc::IMediaDeviceCallback>() { return Face::Device; }
-template <> constexpr Face faceOf<rtc::MediaChannelListener>() { return Face::Channel; }
-template <> constexpr Face faceOf<rtc::MediaLiveListener>() { return Face::Live; }
-template <> constexpr Face faceOf<rtc::VideoFrameProcessor>() { return Face::Processor; }
+template <>
+constexpr Face faceOf<rtc::RtcEngineListener>() {
+  return Face::Rtc;
+}
+template <>
+constexpr Face faceOf<rtc::MediaServiceListener>() {
+  return Face::Service;
+}
+template <>
+constexpr Face faceOf<rtc::AudioServiceListener>() {
+  return Face::Audio;
+}
+template <>
+constexpr Face faceOf<rtc::ILocalMediaTranscoderCallback>() {
+  return Face::Transcoder;
+}
+template <>
+constexpr Face faceOf<rtc::IMediaDeviceCallback>() {
+  return Face::Device;
+}
+template <>
+constexpr Face faceOf<rtc::MediaChannelListener>() {
+  return Face::Channel;
+}
+template <>
+constexpr Face faceOf<rtc::MediaLiveListener>() {
+  return Face::Live;
+}
+template <>
+constexpr Face faceOf<rtc::VideoFrameProcessor>() {
+  return Face::Processor;
+}
 
 // Every registered target at one moment, for code that calls several.
 struct FaceSet {
@@ -95,9 +119,9 @@ class ListenerRegistry {
 
   std::mutex mutex_;  // guards slots_, inFlight_ and waiters_
   std::condition_variable idle_;
-  std::array<void*, kSlots> slots_{};            // registered target per face
+  std::array<void*, kSlots> slots_{};              // registered target per face
   std::unordered_map<const void*, int> inFlight_;  // target -> calls running
-  int waiters_ = 0;                              // forget() calls waiting
+  int waiters_ = 0;                                // forget() calls waiting
 };
 
 }  // namespace orva::loopback

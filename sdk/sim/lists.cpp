@@ -1,12 +1,13 @@
 // The engine's list classes. Each holds its elements by value behind its
 // opaque pointer; copies are deep, and element pointers stay valid until the
 // list changes or dies.
+#include "orva/lists.h"
+
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
 #include "live_counts.h"
-#include "orva/lists.h"
 #include "orva/records.h"
 
 namespace Orva::Rtc {
@@ -35,20 +36,20 @@ const Item* itemById(const std::vector<Item>& items, int id) {
 
 // The members every list shares: construction, deep copy, assignment,
 // destruction (each counted) and Size.
-#define ORVA_LIST_COMMON(List, Item)                                                 \
-  struct List::Impl {                                                                \
-    std::vector<Item> items;                                                         \
-  };                                                                                 \
-  List::List() : impl_(new Impl) { countUp(Counted::List); }                         \
+#define ORVA_LIST_COMMON(List, Item)                                                        \
+  struct List::Impl {                                                                       \
+    std::vector<Item> items;                                                                \
+  };                                                                                        \
+  List::List() : impl_(new Impl) { countUp(Counted::List); }                                \
   List::List(const List& other) : impl_(new Impl(*other.impl_)) { countUp(Counted::List); } \
-  List::~List() {                                                                    \
-    delete impl_;                                                                    \
-    countDown(Counted::List);                                                        \
-  }                                                                                  \
-  List& List::operator=(const List& other) {                                         \
-    if (this != &other) *impl_ = *other.impl_;                                       \
-    return *this;                                                                    \
-  }                                                                                  \
+  List::~List() {                                                                           \
+    delete impl_;                                                                           \
+    countDown(Counted::List);                                                               \
+  }                                                                                         \
+  List& List::operator=(const List& other) {                                                \
+    if (this != &other) *impl_ = *other.impl_;                                              \
+    return *this;                                                                           \
+  }                                                                                         \
   int List::Size() { return static_cast<int>(impl_->items.size()); }
 
 ORVA_LIST_COMMON(SpeakerList, Speaker)
@@ -95,9 +96,7 @@ ORVA_LIST_COMMON(LocalMediaTranscodingSourceList, LocalMediaTranscodingSource)
 const LocalMediaTranscodingSource* LocalMediaTranscodingSourceList::Get(int index) {
   return itemAt(impl_->items, index);
 }
-void LocalMediaTranscodingSourceList::Add(const LocalMediaTranscodingSource& source) {
-  impl_->items.push_back(source);
-}
+void LocalMediaTranscodingSourceList::Add(const LocalMediaTranscodingSource& source) { impl_->items.push_back(source); }
 
 #undef ORVA_LIST_COMMON
 

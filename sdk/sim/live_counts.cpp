@@ -13,9 +13,17 @@ constexpr int kKinds = static_cast<int>(Counted::kCount);
 std::atomic<long> g_live[kKinds] = {};
 
 constexpr const char* kNames[kKinds] = {
-    "SpeakerList", "MicrophoneList", "CameraResolutionList", "CameraList",
-    "WindowList",  "ScreenList",     "ScreenCaptureModeList", "LocalMediaTranscodingSourceList",
-    "StringVector", "Settings",      "VideoFrame",
+    "SpeakerList",
+    "MicrophoneList",
+    "CameraResolutionList",
+    "CameraList",
+    "WindowList",
+    "ScreenList",
+    "ScreenCaptureModeList",
+    "LocalMediaTranscodingSourceList",
+    "StringVector",
+    "Settings",
+    "VideoFrame",
 };
 
 }  // namespace

@@ -8,7 +8,9 @@ constexpr const char* kName = "IMediaService";
 
 rtc::MediaChannel* MediaServiceImpl::RealtimeChannel() { return noteCall(kName, "RealtimeChannel"), &core_.realtime; }
 rtc::MediaChannel* MediaServiceImpl::LiveChannel() { return noteCall(kName, "LiveChannel"), &core_.live; }
-rtc::MediaChannel* MediaServiceImpl::LightLiveChannel() { return noteCall(kName, "LightLiveChannel"), &core_.lightLive; }
+rtc::MediaChannel* MediaServiceImpl::LightLiveChannel() {
+  return noteCall(kName, "LightLiveChannel"), &core_.lightLive;
+}
 rtc::MediaChannel* MediaServiceImpl::GroupChannel() { return noteCall(kName, "GroupChannel"), &core_.group; }
 rtc::MediaChannel* MediaServiceImpl::FusionLiveRtcChannel() {
   return noteCall(kName, "FusionLiveRtcChannel"), &core_.fusion;
@@ -51,7 +53,8 @@ void MediaServiceImpl::Terminate() {
   auto& parts = core_.parts;
   parts.session.leaveNow();
   // OnTerminate is the last thing the service face hears.
-  parts.scheduler.runAndWait([&] { parts.registry.invoke<rtc::MediaServiceListener>([](auto* l) { l->OnTerminate(); }); });
+  parts.scheduler.runAndWait(
+      [&] { parts.registry.invoke<rtc::MediaServiceListener>([](auto* l) { l->OnTerminate(); }); });
   parts.stop();
 }
 

@@ -305,9 +305,8 @@ int SessionCore::joinGroup(const char* group) {
   std::lock_guard lock(mutex_);
   group_ = group;
   const std::string name = group_;
-  events_.raise<rtc::MediaServiceListener>([name](auto* l) {
-    l->OnGroupStateChanged(name.c_str(), rtc::GroupJoining, rtc::GroupInit);
-  });
+  events_.raise<rtc::MediaServiceListener>(
+      [name](auto* l) { l->OnGroupStateChanged(name.c_str(), rtc::GroupJoining, rtc::GroupInit); });
   events_.raise<rtc::MediaServiceListener>(
       [name](auto* l) { l->OnGroupStateChanged(name.c_str(), rtc::GroupJoined, rtc::GroupInit); },
       milliseconds(config_.joinDelayMs));

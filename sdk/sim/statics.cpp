@@ -62,7 +62,8 @@ void OrvaEngine::enableOrvaSentry(bool enable) {
 void OrvaEngine::reportOrvaSentryEvent(SentryReportType type, const std::string& tag, const std::string& message) {
   noteCall("OrvaEngine", "reportOrvaSentryEvent", type, tag, message);
   journal().addCrashReport({static_cast<int>(type), tag, message});
-  core().parts.logInfo("crash report [" + tag + "] " + message + (g_sentryCreated && g_sentryEnabled ? "" : " (client off)"));
+  core().parts.logInfo("crash report [" + tag + "] " + message +
+                       (g_sentryCreated && g_sentryEnabled ? "" : " (client off)"));
 }
 
 void OrvaEngine::updateOrvaSentry(Settings* settings) { noteCall("OrvaEngine", "updateOrvaSentry", settings); }

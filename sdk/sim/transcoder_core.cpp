@@ -8,10 +8,14 @@ namespace {
 
 std::string sourceId(const rtc::LocalMediaTranscodingSource& s) {
   switch (s.sourceType) {
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen: return s.screenSourceId;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage: return s.imagePath;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceRemoteVideo: return s.userId;
-    default: return s.cameraDeviceId;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen:
+      return s.screenSourceId;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage:
+      return s.imagePath;
+    case rtc::kLocalMediaTranscodingSourceType_MediaSourceRemoteVideo:
+      return s.userId;
+    default:
+      return s.cameraDeviceId;
   }
 }
 

@@ -19,8 +19,7 @@ constexpr const char* kUnknownException = "native code threw an exception that i
 void throwError(v8::Isolate* isolate, const char* message, size_t length) {
   v8::Local<v8::String> text;
   // Only a text beyond V8's longest string can fail; its start still tells what failed.
-  if (!v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, static_cast<int>(length))
-           .ToLocal(&text)) {
+  if (!v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, static_cast<int>(length)).ToLocal(&text)) {
     text = v8::String::NewFromUtf8(isolate, message, v8::NewStringType::kNormal, 1024).ToLocalChecked();
   }
   isolate->ThrowException(v8::Exception::Error(text));

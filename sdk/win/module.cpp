@@ -12,6 +12,8 @@
 // data, and a template belongs to one isolate. The first isolate to
 // initialise owns the binding until its environment is torn down; another
 // isolate (a worker) that loads the module meanwhile gets a plain Error.
+#include "module.h"
+
 #include <node.h>
 
 #include <mutex>
@@ -21,7 +23,6 @@
 #include "fatal.h"
 #include "generated_module.h"
 #include "live_records.h"
-#include "module.h"
 #include "platform/platform.h"
 #include "proxy.h"
 #include "registry.h"
@@ -148,8 +149,8 @@ bool useDictionaryProperties(v8::Local<v8::Context> context, v8::Local<v8::Objec
   v8::Local<v8::Symbol> first = v8::Symbol::New(isolate);
   v8::Local<v8::Symbol> second = v8::Symbol::New(isolate);
   return object->Set(context, first, v8::Undefined(isolate)).IsJust() &&
-         object->Set(context, second, v8::Undefined(isolate)).IsJust() &&
-         object->Delete(context, first).IsJust() && object->Delete(context, second).IsJust();
+         object->Set(context, second, v8::Undefined(isolate)).IsJust() && object->Delete(context, first).IsJust() &&
+         object->Delete(context, second).IsJust();
 }
 
 }  // namespace
@@ -197,7 +198,8 @@ void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> /*module*/, 
   // The constants, read-only, then the classes, in registration order.
   if (!useDictionaryProperties(context, exports)) return;
   for (size_t c = 0; c < module.constantCount; ++c) {
-    if (!addConstant(context, exports, module.constants[c].name, v8::Integer::New(isolate, module.constants[c].value))) {
+    if (!addConstant(context, exports, module.constants[c].name,
+                     v8::Integer::New(isolate, module.constants[c].value))) {
       return;
     }
   }
@@ -245,8 +247,7 @@ bool registerModule() {
 // A module that stays loaded does not register again when it is loaded
 // again (after the worker that first loaded it ended); Node.js then looks
 // for this entry point by its well-known name.
-extern "C" NODE_MODULE_EXPORT void NODE_MODULE_INITIALIZER(v8::Local<v8::Object> exports,
-                                                           v8::Local<v8::Value> module,
+extern "C" NODE_MODULE_EXPORT void NODE_MODULE_INITIALIZER(v8::Local<v8::Object> exports, v8::Local<v8::Value> module,
                                                            v8::Local<v8::Context> context) {
   orva::binding::initialize(exports, module, context, nullptr);
 }

@@ -9,8 +9,7 @@ namespace orva::binding {
 
 /// Node.js's context-aware entry: attaches the type table and puts every
 /// constant and class on `exports`.
-void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> module, v8::Local<v8::Context> context,
-                void* priv);
+void initialize(v8::Local<v8::Object> exports, v8::Local<v8::Value> module, v8::Local<v8::Context> context, void* priv);
 
 /// Builds the templates of the class behind `data` (and of its base) unless
 /// they exist.

@@ -24,8 +24,7 @@ void attach(v8::Isolate* isolate, v8::Local<v8::Object> object, void* pointer, T
 
 /// Attaches a new object that the proxy owns from now on.
 template <class T>
-void attachOwned(v8::Isolate* isolate, v8::Local<v8::Object> object, std::unique_ptr<T> native,
-                 TypeDescriptor* type) {
+void attachOwned(v8::Isolate* isolate, v8::Local<v8::Object> object, std::unique_ptr<T> native, TypeDescriptor* type) {
   attach(isolate, object, native.get(), type, kOwn);
   native.release();
 }
@@ -66,7 +65,8 @@ v8::Local<v8::Value> ownedCopies(v8::Isolate* isolate, const std::vector<T>& val
 /// no longer backs it (then the record forgets it for good).
 void* borrowedPointer(ProxyRecord* record);
 inline void* livePointer(ProxyRecord* record) {
-  if (record->owner == nullptr) [[likely]] return record->ptr;
+  if (record->owner == nullptr) [[likely]]
+    return record->ptr;
   return borrowedPointer(record);
 }
 

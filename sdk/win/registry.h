@@ -15,12 +15,12 @@ namespace orva::binding {
 /// Result codes of converters; any negative code is a failure.
 enum Result : int {
   kOk = 0,
-  kError = -1,           ///< no proxy record behind the value
-  kTypeError = -5,       ///< wrong script type, or no cast between the types
-  kOverflow = -7,        ///< value outside the target type's range
-  kNullReference = -13,  ///< null where null is refused
+  kError = -1,             ///< no proxy record behind the value
+  kTypeError = -5,         ///< wrong script type, or no cast between the types
+  kOverflow = -7,          ///< value outside the target type's range
+  kNullReference = -13,    ///< null where null is refused
   kReleaseRefused = -200,  ///< release of an object the script side does not own
-  kNewMemory = 512,      ///< success; the converter allocated (text only)
+  kNewMemory = 512,        ///< success; the converter allocated (text only)
 };
 
 /// Ownership flags of pointer conversion.

@@ -29,9 +29,11 @@ constexpr auto kScreen = rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen
 constexpr auto kImage = rtc::kLocalMediaTranscodingSourceType_MediaSourceImage;
 
 TEST(Compose, RgbToLimitedRangeYuv) {
-  const std::vector<std::pair<uint32_t, Yuv>> cases = {
-      {0x000000, {16, 128, 128}}, {0xffffff, {235, 128, 128}}, {0xff0000, {82, 90, 240}},
-      {0x00ff00, {144, 54, 34}},  {0x0000ff, {41, 240, 110}}};
+  const std::vector<std::pair<uint32_t, Yuv>> cases = {{0x000000, {16, 128, 128}},
+                                                       {0xffffff, {235, 128, 128}},
+                                                       {0xff0000, {82, 90, 240}},
+                                                       {0x00ff00, {144, 54, 34}},
+                                                       {0x0000ff, {41, 240, 110}}};
   for (const auto& [rgb, yuv] : cases) EXPECT_EQ(rgbToYuv(rgb), yuv) << std::hex << rgb;
 }
 
@@ -43,11 +45,8 @@ TEST(Compose, CanvasSizeAndRate) {
     int width, height, fps;
   };
   const std::vector<Case> cases = {
-      {{640, 360, 15}, 640, 360, 15},
-      {{0, 0, 0}, 1280, 720, 30},
-      {{0, 0, 0, 0, 0, 0, 800, 600}, 800, 600, 30},
-      {{641, 361, 500}, 640, 360, 120},
-      {{100000, 1, 60}, 7680, 2, 60},
+      {{640, 360, 15}, 640, 360, 15},   {{0, 0, 0}, 1280, 720, 30},     {{0, 0, 0, 0, 0, 0, 800, 600}, 800, 600, 30},
+      {{641, 361, 500}, 640, 360, 120}, {{100000, 1, 60}, 7680, 2, 60},
   };
   for (const auto& c : cases) {
     const Layout layout = planLayout({}, c.encoder, 0);

@@ -50,7 +50,8 @@ TEST_F(DeviceTest, LevelsRoundTripAndRejectOutOfRange) {
     std::function<int()> get;
   };
   const std::vector<Level> levels = {
-      {"microphone", [&](int v) { return device->SetMicrophoneVolume(v); }, [&] { return engine->GetMicrophoneVolume(); }},
+      {"microphone", [&](int v) { return device->SetMicrophoneVolume(v); },
+       [&] { return engine->GetMicrophoneVolume(); }},
       {"speaker", [&](int v) { return engine->SetSpeakerVolume(v); }, [&] { return device->GetSpeakerVolume(); }},
       {"system speaker", [&](int v) { return device->SetSystemSpeakerVolume(v); },
        [&] { return engine->getSystemSpeakerVolume(); }},
@@ -64,8 +65,10 @@ TEST_F(DeviceTest, LevelsRoundTripAndRejectOutOfRange) {
       EXPECT_EQ(level.get(), v);
     }
     for (int v : {-1, 101, 1 << 30}) {
-      if (std::string(level.name) != "room capture") EXPECT_LT(level.set(v), 0);
-      else level.set(v);
+      if (std::string(level.name) != "room capture")
+        EXPECT_LT(level.set(v), 0);
+      else
+        level.set(v);
       EXPECT_EQ(level.get(), 37);
     }
   }
@@ -126,11 +129,11 @@ TEST_F(DeviceTest, ScreenAndWindowCapture) {
   engine->StopCaptureScreen("2");
   device->StopCaptureWindow("65539");
   ASSERT_TRUE(recorder.waitFor("onScreenSourceStopped(65539,0)"));
-  EXPECT_EQ(recorder.texts(), (std::vector<std::string>{
-                                  "onScreenSourceStarted(2,0)", "onSourceSized(2,1,2560,1440)",
-                                  "onScreenSourceStarted(65539,0)", "onSourceSized(65539,1,800,600)",
-                                  "onScreenSourceError(77,3)", "onScreenSourceError(0,3)",
-                                  "onScreenSourceStopped(2,0)", "onScreenSourceStopped(65539,0)"}));
+  EXPECT_EQ(recorder.texts(),
+            (std::vector<std::string>{"onScreenSourceStarted(2,0)", "onSourceSized(2,1,2560,1440)",
+                                      "onScreenSourceStarted(65539,0)", "onSourceSized(65539,1,800,600)",
+                                      "onScreenSourceError(77,3)", "onScreenSourceError(0,3)",
+                                      "onScreenSourceStopped(2,0)", "onScreenSourceStopped(65539,0)"}));
 }
 
 // Test that room-level camera sources report started (with their size) and

@@ -108,8 +108,7 @@ TEST_F(FramesTest, TranscodingReportsSourcesAroundStartAndStop) {
   params.videoEncoderParams = {128, 72, 30};
   params.inputSourceList.Add(
       source(rtc::kLocalMediaTranscodingSourceType_MediaSourceCamera, "cam-0", {0, 0, 64, 36}, 0));
-  params.inputSourceList.Add(
-      source(rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen, "1", {64, 0, 64, 36}, 1));
+  params.inputSourceList.Add(source(rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen, "1", {64, 0, 64, 36}, 1));
   params.inputSourceList.Add(source(rtc::kLocalMediaTranscodingSourceType_MediaSourceImage, "logo.png", {}, 2));
   engine->MediaTranscoder()->startTranscoding(params);
   engine->stopTranscoding();
@@ -119,8 +118,8 @@ TEST_F(FramesTest, TranscodingReportsSourcesAroundStartAndStop) {
   EXPECT_EQ(texts, (std::vector<std::string>{
                        "onTranscodingStarted(0,)", "onCameraSourceStarted(cam-0,0)", "onSourceSized(cam-0,0,64,36)",
                        "onScreenSourceStarted(1,0)", "onSourceSized(1,1,64,36)", "onImageSourceStarted(logo.png,0)",
-                       "onSourceSized(logo.png,2,128,72)", "onCameraSourceStopped(cam-0)",
-                       "onScreenSourceStopped(1,0)", "onImageSourceStopped(logo.png)", "onTranscodingStopped(0,)"}));
+                       "onSourceSized(logo.png,2,128,72)", "onCameraSourceStopped(cam-0)", "onScreenSourceStopped(1,0)",
+                       "onImageSourceStopped(logo.png)", "onTranscodingStopped(0,)"}));
 }
 
 // Test that the control seam delivers any frame, texture handles included,

@@ -52,8 +52,8 @@ struct ListCase<rtc::CameraResolutionList> {
 
 template <class List>
 class ListTest : public ::testing::Test {};
-using Lists = ::testing::Types<rtc::SpeakerList, rtc::MicrophoneList, rtc::CameraList, rtc::WindowList,
-                               rtc::ScreenList, rtc::LocalMediaTranscodingSourceList, rtc::CameraResolutionList>;
+using Lists = ::testing::Types<rtc::SpeakerList, rtc::MicrophoneList, rtc::CameraList, rtc::WindowList, rtc::ScreenList,
+                               rtc::LocalMediaTranscodingSourceList, rtc::CameraResolutionList>;
 TYPED_TEST_SUITE(ListTest, Lists);
 
 // Test that copies (construction and assignment) are independent deep

@@ -169,8 +169,8 @@ class Recorder : public rtc::OrvaEngineListener, public rtc::VideoFrameProcessor
   // VideoFrameProcessor
   void OnVideoFormatChanged(int w, int h) override { add("OnVideoFormatChanged", w, h); }
   void OnVideoFrame(rtc::VideoFrame* f) override {
-    FrameCopy copy{f->width, f->height, f->size, f->strideY, f->strideU, f->strideV, -1, -1, f->extra, f->type,
-                   f->share_handle, {}};
+    FrameCopy copy{f->width, f->height, f->size,  f->strideY, f->strideU,      f->strideV,
+                   -1,       -1,        f->extra, f->type,    f->share_handle, {}};
     const auto* base = static_cast<const uint8_t*>(f->data);
     if (base != nullptr) {
       copy.bytes.assign(base, base + f->size);
@@ -189,10 +189,8 @@ class Recorder : public rtc::OrvaEngineListener, public rtc::VideoFrameProcessor
  private:
   // Numbers and enumerations as decimals, a null char pointer as "(null)".
   template <class T>
-    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
-  static std::string text(T value) {
-    return std::to_string(static_cast<long long>(value));
-  }
+  requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+  static std::string text(T value) { return std::to_string(static_cast<long long>(value)); }
   static std::string text(const char* s) { return s != nullptr ? s : "(null)"; }
   static std::string text(const std::string& s) { return s; }
   static std::string volumes(const std::vector<rtc::VolumeInfo>& v) {

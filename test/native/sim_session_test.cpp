@@ -38,11 +38,13 @@ class SessionTest : public ::testing::Test {
 // peer's streams in that order, none of them on the caller's thread.
 TEST_F(SessionTest, JoinReportsStatesThenPeerOffTheCallerThread) {
   joinRoom("room-1");
-  const std::vector<std::string> expected = {
-      "OnSessionStateChanged(room-1,1,0)",          "OnSessionStateChanged(room-1,2,0)",
-      "OnStreamAdd(loopback-peer,0,0,audio,channel)", "OnStreamAdd(loopback-peer,1,0,video,channel)",
-      "OnAudioEvent(loopback-peer,0)",               "OnVideoEvent(loopback-peer,0)",
-      "OnVideoSizeFirst(loopback-peer,1280,720)"};
+  const std::vector<std::string> expected = {"OnSessionStateChanged(room-1,1,0)",
+                                             "OnSessionStateChanged(room-1,2,0)",
+                                             "OnStreamAdd(loopback-peer,0,0,audio,channel)",
+                                             "OnStreamAdd(loopback-peer,1,0,video,channel)",
+                                             "OnAudioEvent(loopback-peer,0)",
+                                             "OnVideoEvent(loopback-peer,0)",
+                                             "OnVideoSizeFirst(loopback-peer,1280,720)"};
   auto texts = recorder.matching("On");
   std::erase_if(texts, [](auto& t) { return t.rfind("OnNetworkStats", 0) == 0 || t.rfind("OnUserVoice", 0) == 0; });
   EXPECT_EQ(texts, expected);

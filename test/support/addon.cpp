@@ -104,7 +104,8 @@ napi_value DeliverFrame(napi_env env, napi_callback_info info) {
 napi_value RaiseConcurrently(napi_env env, napi_callback_info info) {
   auto args = argsOf(env, info);
   napi_value options = args.empty() ? undefined(env) : args[0];
-  return fromBool(env, control::raiseConcurrently(propInt(env, options, "threads", 1), propInt(env, options, "perThread", 1)));
+  return fromBool(
+      env, control::raiseConcurrently(propInt(env, options, "threads", 1), propInt(env, options, "perThread", 1)));
 }
 
 napi_value JoinRaisers(napi_env env, napi_callback_info) { return control::joinRaisers(), undefined(env); }

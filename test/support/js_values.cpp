@@ -2,9 +2,7 @@
 
 namespace test_control {
 
-napi_value JsArgs::at(size_t i) const {
-  return first_ + i < values_.size() ? values_[first_ + i] : undefined(env_);
-}
+napi_value JsArgs::at(size_t i) const { return first_ + i < values_.size() ? values_[first_ + i] : undefined(env_); }
 bool JsArgs::isNullish(size_t i) const { return test_control::isNullish(env_, at(i)); }
 std::string JsArgs::str(size_t i) const { return isNullish(i) ? std::string() : toString(env_, at(i)); }
 std::optional<std::string> JsArgs::cstr(size_t i) const {
@@ -213,7 +211,8 @@ napi_value fromString(napi_env env, const std::string& text) {
 napi_value fromStrings(napi_env env, const std::vector<std::string>& texts) {
   napi_value array;
   napi_create_array_with_length(env, texts.size(), &array);
-  for (size_t i = 0; i < texts.size(); ++i) napi_set_element(env, array, static_cast<uint32_t>(i), fromString(env, texts[i]));
+  for (size_t i = 0; i < texts.size(); ++i)
+    napi_set_element(env, array, static_cast<uint32_t>(i), fromString(env, texts[i]));
   return array;
 }
 

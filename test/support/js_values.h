@@ -19,11 +19,12 @@ namespace rtc = Orva::Rtc;
 // The arguments of one call, from `first` on.
 class JsArgs {
  public:
-  JsArgs(napi_env env, std::vector<napi_value> values, size_t first) : env_(env), values_(std::move(values)), first_(first) {}
+  JsArgs(napi_env env, std::vector<napi_value> values, size_t first)
+      : env_(env), values_(std::move(values)), first_(first) {}
 
   napi_value at(size_t i) const;
   bool isNullish(size_t i) const;
-  std::string str(size_t i) const;                 // nullish: ""
+  std::string str(size_t i) const;                  // nullish: ""
   std::optional<std::string> cstr(size_t i) const;  // nullish: none (a null char pointer)
   int i32(size_t i) const;
   bool boolean(size_t i) const;

@@ -14,14 +14,38 @@ namespace {
 
 template <class Face>
 Face* pick(const control::Registered& r);
-template <> rtc::RtcEngineListener* pick(const control::Registered& r) { return r.rtc; }
-template <> rtc::MediaServiceListener* pick(const control::Registered& r) { return r.service; }
-template <> rtc::AudioServiceListener* pick(const control::Registered& r) { return r.audio; }
-template <> rtc::ILocalMediaTranscoderCallback* pick(const control::Registered& r) { return r.transcoder; }
-template <> rtc::IMediaDeviceCallback* pick(const control::Registered& r) { return r.device; }
-template <> rtc::MediaChannelListener* pick(const control::Registered& r) { return r.channel; }
-template <> rtc::MediaLiveListener* pick(const control::Registered& r) { return r.live; }
-template <> rtc::VideoFrameProcessor* pick(const control::Registered& r) { return r.processor; }
+template <>
+rtc::RtcEngineListener* pick(const control::Registered& r) {
+  return r.rtc;
+}
+template <>
+rtc::MediaServiceListener* pick(const control::Registered& r) {
+  return r.service;
+}
+template <>
+rtc::AudioServiceListener* pick(const control::Registered& r) {
+  return r.audio;
+}
+template <>
+rtc::ILocalMediaTranscoderCallback* pick(const control::Registered& r) {
+  return r.transcoder;
+}
+template <>
+rtc::IMediaDeviceCallback* pick(const control::Registered& r) {
+  return r.device;
+}
+template <>
+rtc::MediaChannelListener* pick(const control::Registered& r) {
+  return r.channel;
+}
+template <>
+rtc::MediaLiveListener* pick(const control::Registered& r) {
+  return r.live;
+}
+template <>
+rtc::VideoFrameProcessor* pick(const control::Registered& r) {
+  return r.processor;
+}
 
 // Each parameter type of a callback is converted on the script thread into
 // a value the engine thread can own (`hold`), and turned into the argument
@@ -31,15 +55,9 @@ template <class P>
 struct Tag {};
 
 template <class P>
-  requires(std::is_enum_v<P> || std::is_same_v<P, int>)
-int hold(Tag<P>, const JsArgs& a, size_t i) {
-  return a.i32(i);
-}
+requires(std::is_enum_v<P> || std::is_same_v<P, int>) int hold(Tag<P>, const JsArgs& a, size_t i) { return a.i32(i); }
 template <class P>
-  requires(std::is_enum_v<P> || std::is_same_v<P, int>)
-P use(Tag<P>, int held) {
-  return static_cast<P>(held);
-}
+requires(std::is_enum_v<P> || std::is_same_v<P, int>) P use(Tag<P>, int held) { return static_cast<P>(held); }
 
 bool hold(Tag<bool>, const JsArgs& a, size_t i) { return a.boolean(i); }
 std::string hold(Tag<const std::string&>, const JsArgs& a, size_t i) { return a.str(i); }
@@ -120,7 +138,8 @@ Raise raiseOf(const JsArgs& a) {
 }
 
 // One entry per listener member, named as script names it.
-#define ORVA_RAISE(Face, member) {#Face "." #member, raiseOf<&rtc::Face::member>}
+#define ORVA_RAISE(Face, member) \
+  { #Face "." #member, raiseOf < &rtc::Face::member> }
 
 const std::map<std::string, Raise (*)(const JsArgs&)>& table() {
   static const auto* const entries = new std::map<std::string, Raise (*)(const JsArgs&)>{

@@ -17,7 +17,8 @@ class MediaChannel;
 
 class RtcEngineListener {
  public:
-  virtual void OnEngineEvent(const std::string& /*event*/, int /*code*/, const std::map<std::string, std::string>& /*info*/) {}
+  virtual void OnEngineEvent(const std::string& /*event*/, int /*code*/,
+                             const std::map<std::string, std::string>& /*info*/) {}
   virtual void OnEngineLog(int /*level*/, const std::string& /*tag*/, const std::string& /*message*/) {}
   virtual void OnExtHeatBeatEvent() {}
   // The state of the local media channel changed (MediaChannelState); `info`
@@ -36,7 +37,8 @@ class MediaServiceListener {
  public:
   virtual ~MediaServiceListener() = default;
   // `reason` is 4 when a join failed and 5 when the connection was lost.
-  virtual void OnSessionStateChanged(const char* /*session*/, MediaSessionState /*state*/, MediaSessionState /*reason*/) {}
+  virtual void OnSessionStateChanged(const char* /*session*/, MediaSessionState /*state*/,
+                                     MediaSessionState /*reason*/) {}
   virtual void OnGroupStateChanged(const char* /*group*/, GroupState /*state*/, GroupState /*reason*/) {}
   virtual void OnNetworkStats(const NetworkStats& /*stats*/) {}
   virtual void OnAlternateServerAvailable(const StringVector& /*servers*/) {}
@@ -100,15 +102,17 @@ class IMediaDeviceCallback {
 class MediaChannelListener {
  public:
   virtual ~MediaChannelListener() = default;
-  virtual void OnStreamAdd(const char* /*userId*/, StreamType /*type*/, int /*streamIndex*/, const StringVector& /*streams*/,
-                           MediaChannel* /*channel*/) {}
-  virtual void OnStreamRemove(const char* /*userId*/, StreamType /*type*/, int /*streamIndex*/, MediaChannel* /*channel*/) {}
+  virtual void OnStreamAdd(const char* /*userId*/, StreamType /*type*/, int /*streamIndex*/,
+                           const StringVector& /*streams*/, MediaChannel* /*channel*/) {}
+  virtual void OnStreamRemove(const char* /*userId*/, StreamType /*type*/, int /*streamIndex*/,
+                              MediaChannel* /*channel*/) {}
   virtual void OnAudioEvent(const char* /*userId*/, AudioEvent /*event*/) {}
   virtual void OnVideoEvent(const char* /*userId*/, VideoEvent /*event*/) {}
   virtual void OnAudioLevelChanged(const char* /*userId*/, int /*level*/) {}
   virtual void OnVideoSizeFirst(const std::string& /*userId*/, int /*width*/, int /*height*/) {}
   virtual void OnVideoSizeChanged(const std::string& /*userId*/, int /*width*/, int /*height*/) {}
-  virtual void OnVideoLevelChanged(const std::string& /*userId*/, const std::string& /*level*/, const std::string& /*detail*/) {}
+  virtual void OnVideoLevelChanged(const std::string& /*userId*/, const std::string& /*level*/,
+                                   const std::string& /*detail*/) {}
   virtual void OnAudioFilePlayError(const char* /*file*/, int /*error*/) {}
   virtual void OnAudioFilePlayCompleted(const char* /*file*/) {}
   virtual void OnMediaChannelTerminate() {}
