@@ -48,11 +48,7 @@ long liveInstances(const std::string& className) {
 
 bool runOnEngineThread(const std::function<void(const Registered&)>& fn) {
   auto& parts = core().parts;
-  return parts.scheduler.runAndWait([&] {
-    parts.registry.invokeAll([&](const FaceSet& f) {
-      fn({f.rtc, f.service, f.audio, f.transcoder, f.device, f.channel, f.live, f.processor});
-    });
-  });
+  return parts.scheduler.runAndWait([&] { parts.registry.invokeAll(fn); });
 }
 
 bool deliverFrame(const Frame& wanted) {

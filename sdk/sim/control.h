@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "listener_faces.h"
 #include "orva/sdk.h"
 
 namespace orva::loopback::control {
@@ -45,16 +46,7 @@ ORVA_API long liveInstances(const std::string& className);
 
 // What is registered right now, one pointer per listener face plus the
 // camera frame processor; null where nothing is.
-struct Registered {
-  rtc::RtcEngineListener* rtc = nullptr;
-  rtc::MediaServiceListener* service = nullptr;
-  rtc::AudioServiceListener* audio = nullptr;
-  rtc::ILocalMediaTranscoderCallback* transcoder = nullptr;
-  rtc::IMediaDeviceCallback* device = nullptr;
-  rtc::MediaChannelListener* channel = nullptr;
-  rtc::MediaLiveListener* live = nullptr;
-  rtc::VideoFrameProcessor* processor = nullptr;
-};
+using Registered = FaceSet;
 
 // Runs fn(registered) on the engine's event thread and waits for it. While
 // fn runs, every registered object counts as in a call (removeEventHandler

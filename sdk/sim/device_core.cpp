@@ -214,7 +214,9 @@ int DeviceCore::startCaptureScreen(uint64_t id) {
   bool fresh = false;
   with([&](auto& s) {
     for (const auto& screen : s.screens) {
-      if (screen.id == id) found = true, rect = screen.rect;
+      if (screen.id != id) continue;
+      found = true;
+      rect = screen.rect;
     }
     if (found) fresh = s.capturedScreens.insert(id).second;
   });
@@ -234,7 +236,9 @@ int DeviceCore::startCaptureWindow(uint64_t id) {
   bool fresh = false;
   with([&](auto& s) {
     for (const auto& window : s.windows) {
-      if (window.id == id) found = true, rect = window.rect;
+      if (window.id != id) continue;
+      found = true;
+      rect = window.rect;
     }
     if (found) fresh = s.capturedWindows.insert(id).second;
   });

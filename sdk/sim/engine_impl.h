@@ -155,10 +155,8 @@ class EngineImpl final : public ChannelMembers<DeviceMembers<rtc::OrvaEngine>> {
   rtc::AdapterInfo GetAdapterInfo() override;
 
  private:
-  template <class... Args>
-  void call(const char* member, const Args&... args) {
-    noteCall("OrvaEngine", member, args...);
-  }
+  // The engine's own members and both mixins journal under this name.
+  static const char* journalInterface() { return "OrvaEngine"; }
   // Starts the engine and registers `listener` on all seven faces.
   int start(rtc::Settings* settings, rtc::OrvaEngineListener* listener);
 
@@ -175,6 +173,7 @@ class RtcEngineImpl final : public rtc::RtcEngine {
   rtc::IMediaService* MediaService() override;
 
  private:
+  static const char* journalInterface() { return "RtcEngine"; }
   Core& core_;
 };
 

@@ -5,7 +5,7 @@
 namespace orva::loopback {
 
 EngineImpl::EngineImpl(Core& core)
-    : ChannelMembers("OrvaEngine", core.parts, "OrvaEngine", core.parts.device, core.parts.registry),
+    : ChannelMembers(journalInterface(), core.parts, journalInterface(), core.parts.device, core.parts.registry),
       core_(core),
       p_(core.parts) {}
 
@@ -16,84 +16,150 @@ int EngineImpl::start(rtc::Settings* settings, rtc::OrvaEngineListener* listener
 }
 
 int EngineImpl::initialize(rtc::Settings* settings, rtc::OrvaEngineListener* listener) {
-  call("initialize", settings, listener);
+  ORVA_JOURNAL(settings, listener);
   // A test can make the engine refuse to start, as a real one may.
   const int refusal = settings != nullptr ? settings->get("loopback.initialize.result", 0) : 0;
   return refusal != 0 ? refusal : start(settings, listener);
 }
-void EngineImpl::destroy() { call("destroy"), p_.stop(); }
-int EngineImpl::enterRoom(const char* roomId, rtc::Settings* settings) {
-  return call("enterRoom", roomId, settings), p_.session.join(roomId, settings);
+void EngineImpl::destroy() {
+  ORVA_JOURNAL();
+  p_.stop();
 }
-void EngineImpl::exitRoom() { call("exitRoom"), p_.session.leave(); }
-int EngineImpl::getLastError() { return call("getLastError"), p_.session.lastError(); }
+int EngineImpl::enterRoom(const char* roomId, rtc::Settings* settings) {
+  ORVA_JOURNAL(roomId, settings);
+  return p_.session.join(roomId, settings);
+}
+void EngineImpl::exitRoom() {
+  ORVA_JOURNAL();
+  p_.session.leave();
+}
+int EngineImpl::getLastError() {
+  ORVA_JOURNAL();
+  return p_.session.lastError();
+}
 void EngineImpl::publishAudio(rtc::AudioSource source) {
-  call("publishAudio", source);
+  ORVA_JOURNAL(source);
   media([&](auto& m) { m.audioSource = source; });
   p_.session.publishAudio();
 }
-void EngineImpl::unPublishAudio() { call("unPublishAudio"), p_.session.unpublishAudio(); }
-void EngineImpl::publishVideo(rtc::VideoSource source) { call("publishVideo", source), startVideo(source, ""); }
-void EngineImpl::publishVideo(rtc::VideoSource source, rtc::VideoStreamType streamType) {
-  call("publishVideo", source, streamType), startVideo(source, "");
+void EngineImpl::unPublishAudio() {
+  ORVA_JOURNAL();
+  p_.session.unpublishAudio();
 }
-void EngineImpl::unPublishVideo() { call("unPublishVideo"), p_.session.unpublishVideo(); }
+void EngineImpl::publishVideo(rtc::VideoSource source) {
+  ORVA_JOURNAL(source);
+  startVideo(source, "");
+}
+void EngineImpl::publishVideo(rtc::VideoSource source, rtc::VideoStreamType streamType) {
+  ORVA_JOURNAL(source, streamType);
+  startVideo(source, "");
+}
+void EngineImpl::unPublishVideo() {
+  ORVA_JOURNAL();
+  p_.session.unpublishVideo();
+}
 void EngineImpl::muteLocalAudio(bool mute) {
-  call("muteLocalAudio", mute);
+  ORVA_JOURNAL(mute);
   media([&](auto& m) { m.audioMuted = mute; });
   p_.session.muteLocalAudio(mute);
 }
 void EngineImpl::sendSEIMsg(const char* message) {
-  call("sendSEIMsg", message);
+  ORVA_JOURNAL(message);
   if (message != nullptr) media([](auto& m) { ++m.seiSent; });
 }
 
-rtc::MicrophoneList EngineImpl::getMicDevicesList() { return call("getMicDevicesList"), p_.device.microphones(); }
-rtc::SpeakerList EngineImpl::getSpeakerDevicesList() { return call("getSpeakerDevicesList"), p_.device.speakers(); }
-rtc::CameraList EngineImpl::getCameraDevicesList() { return call("getCameraDevicesList"), p_.device.cameras(); }
-rtc::Microphone EngineImpl::getCurrentMicDevice() { return call("getCurrentMicDevice"), p_.device.currentMicrophone(); }
-rtc::Microphone EngineImpl::getSystemMicDevice() { return call("getSystemMicDevice"), p_.device.systemMicrophone(); }
-rtc::Speaker EngineImpl::getCurrentSpeakerDevice() {
-  return call("getCurrentSpeakerDevice"), p_.device.currentSpeaker();
+rtc::MicrophoneList EngineImpl::getMicDevicesList() {
+  ORVA_JOURNAL();
+  return p_.device.microphones();
 }
-rtc::Speaker EngineImpl::getSystemSpeakerDevice() { return call("getSystemSpeakerDevice"), p_.device.systemSpeaker(); }
+rtc::SpeakerList EngineImpl::getSpeakerDevicesList() {
+  ORVA_JOURNAL();
+  return p_.device.speakers();
+}
+rtc::CameraList EngineImpl::getCameraDevicesList() {
+  ORVA_JOURNAL();
+  return p_.device.cameras();
+}
+rtc::Microphone EngineImpl::getCurrentMicDevice() {
+  ORVA_JOURNAL();
+  return p_.device.currentMicrophone();
+}
+rtc::Microphone EngineImpl::getSystemMicDevice() {
+  ORVA_JOURNAL();
+  return p_.device.systemMicrophone();
+}
+rtc::Speaker EngineImpl::getCurrentSpeakerDevice() {
+  ORVA_JOURNAL();
+  return p_.device.currentSpeaker();
+}
+rtc::Speaker EngineImpl::getSystemSpeakerDevice() {
+  ORVA_JOURNAL();
+  return p_.device.systemSpeaker();
+}
 void EngineImpl::setCurrentMicDevice(const char* deviceId) {
-  call("setCurrentMicDevice", deviceId), p_.device.setMicrophone(text(deviceId));
+  ORVA_JOURNAL(deviceId);
+  p_.device.setMicrophone(text(deviceId));
 }
 void EngineImpl::setCurrentSpeakerDevice(const char* deviceId) {
-  call("setCurrentSpeakerDevice", deviceId), p_.device.setSpeaker(text(deviceId));
+  ORVA_JOURNAL(deviceId);
+  p_.device.setSpeaker(text(deviceId));
 }
 void EngineImpl::setAudioCaptureVolume(int volume) {
-  call("setAudioCaptureVolume", volume), p_.device.setMicrophoneVolume(volume);
+  ORVA_JOURNAL(volume);
+  p_.device.setMicrophoneVolume(volume);
 }
 void EngineImpl::setAudioPlayoutVolume(int volume) {
-  call("setAudioPlayoutVolume", volume), p_.device.setSpeakerVolume(volume);
+  ORVA_JOURNAL(volume);
+  p_.device.setSpeakerVolume(volume);
 }
 void EngineImpl::setSystemAudioLoopbackVolume(int volume) {
-  call("setSystemAudioLoopbackVolume", volume), p_.device.setLevel(&DeviceState::loopbackVolume, volume);
+  ORVA_JOURNAL(volume);
+  p_.device.setLevel(&DeviceState::loopbackVolume, volume);
 }
-int EngineImpl::getCurrentMicDeviceVolume() { return call("getCurrentMicDeviceVolume"), get(&DeviceState::micVolume); }
-int EngineImpl::getSystemMicVolume() { return call("getSystemMicVolume"), get(&DeviceState::systemMicVolume); }
-int EngineImpl::getCurrentSpeakerVolume() { return call("getCurrentSpeakerVolume"), get(&DeviceState::speakerVolume); }
+int EngineImpl::getCurrentMicDeviceVolume() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::micVolume);
+}
+int EngineImpl::getSystemMicVolume() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::systemMicVolume);
+}
+int EngineImpl::getCurrentSpeakerVolume() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::speakerVolume);
+}
 int EngineImpl::getSystemSpeakerVolume() {
-  return call("getSystemSpeakerVolume"), get(&DeviceState::systemSpeakerVolume);
+  ORVA_JOURNAL();
+  return get(&DeviceState::systemSpeakerVolume);
 }
-bool EngineImpl::getCurrentMicDeviceMute() { return call("getCurrentMicDeviceMute"), get(&DeviceState::micMute); }
-bool EngineImpl::getSystemMicMute() { return call("getSystemMicMute"), get(&DeviceState::micMute); }
+bool EngineImpl::getCurrentMicDeviceMute() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::micMute);
+}
+bool EngineImpl::getSystemMicMute() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::micMute);
+}
 bool EngineImpl::getCurrentSpeakerDeviceMute() {
-  return call("getCurrentSpeakerDeviceMute"), get(&DeviceState::speakerMute);
+  ORVA_JOURNAL();
+  return get(&DeviceState::speakerMute);
 }
-bool EngineImpl::getSystemSpeakerMute() { return call("getSystemSpeakerMute"), get(&DeviceState::speakerMute); }
+bool EngineImpl::getSystemSpeakerMute() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::speakerMute);
+}
 
 void EngineImpl::setSystemAudioLoopbackDevice(const char* deviceName) {
-  call("setSystemAudioLoopbackDevice", deviceName), set(&DeviceState::loopbackDevice, text(deviceName));
+  ORVA_JOURNAL(deviceName);
+  set(&DeviceState::loopbackDevice, text(deviceName));
 }
 void EngineImpl::setSystemAudioLoopbackDevice() {
-  call("setSystemAudioLoopbackDevice"), set(&DeviceState::loopbackDevice, std::string());
+  ORVA_JOURNAL();
+  set(&DeviceState::loopbackDevice, std::string());
 }
 // An empty name disables the loopback and stops a running one.
 void EngineImpl::enableSystemAudioLoopback(const char* deviceName) {
-  call("enableSystemAudioLoopback", deviceName);
+  ORVA_JOURNAL(deviceName);
   const bool enable = deviceName != nullptr && *deviceName != '\0';
   p_.device.with([&](auto& s) {
     s.loopbackEnabled = enable;
@@ -101,70 +167,117 @@ void EngineImpl::enableSystemAudioLoopback(const char* deviceName) {
   });
 }
 void EngineImpl::startSystemAudioLoopback() {
-  call("startSystemAudioLoopback");
+  ORVA_JOURNAL();
   p_.device.with([](auto& s) { s.loopbackRunning = s.loopbackEnabled; });
 }
 
-std::vector<rtc::Screen> EngineImpl::getScreenList() { return call("getScreenList"), p_.device.screenVector(); }
-std::vector<rtc::Window> EngineImpl::getWindowList() { return call("getWindowList"), p_.device.windowVector(); }
+std::vector<rtc::Screen> EngineImpl::getScreenList() {
+  ORVA_JOURNAL();
+  return p_.device.screenVector();
+}
+std::vector<rtc::Window> EngineImpl::getWindowList() {
+  ORVA_JOURNAL();
+  return p_.device.windowVector();
+}
 void EngineImpl::updateScreenCaptureProperty(const char* sourceId, const rtc::ScreenCaptureProperty& property) {
-  call("updateScreenCaptureProperty", sourceId, property);
+  ORVA_JOURNAL(sourceId, property);
   p_.device.with([&](auto& s) { s.captureProperties[text(sourceId)] = property; });
 }
 
 void EngineImpl::setCameraVideoProcessor(rtc::VideoFrameProcessor* processor) {
-  call("setCameraVideoProcessor", processor), p_.registry.set(processor);
+  ORVA_JOURNAL(processor);
+  p_.registry.set(processor);
 }
 void EngineImpl::startCameraSource(const char* cameraId) {
-  call("startCameraSource", cameraId), p_.device.startCameraSource(text(cameraId));
+  ORVA_JOURNAL(cameraId);
+  p_.device.startCameraSource(text(cameraId));
 }
 void EngineImpl::stopCameraSource(const char* cameraId) {
-  call("stopCameraSource", cameraId), p_.device.stopCameraSource(text(cameraId));
+  ORVA_JOURNAL(cameraId);
+  p_.device.stopCameraSource(text(cameraId));
 }
 void EngineImpl::setCameraCaptureParams(const char* cameraId, rtc::CameraCaptureParams& params) {
-  call("setCameraCaptureParams", cameraId, params), p_.device.setCaptureParams(text(cameraId), params);
+  ORVA_JOURNAL(cameraId, params);
+  p_.device.setCaptureParams(text(cameraId), params);
 }
 void EngineImpl::enableCameraGreenScreen(const char* cameraId, const rtc::SourceGreenInfo& info) {
-  call("enableCameraGreenScreen", cameraId, info);
+  ORVA_JOURNAL(cameraId, info);
   p_.device.with([&](auto& s) { s.greenScreens[text(cameraId)] = info; });
 }
 void EngineImpl::setVideoMuteImage(const char* imagePath, int fps) {
-  call("setVideoMuteImage", imagePath, fps);
-  media([&](auto& m) { m.muteImage = text(imagePath), m.muteImageFps = fps; });
+  ORVA_JOURNAL(imagePath, fps);
+  media([&](auto& m) {
+    m.muteImage = text(imagePath);
+    m.muteImageFps = fps;
+  });
 }
-bool EngineImpl::isSupportHevcEncode() { return call("isSupportHevcEncode"), false; }
+bool EngineImpl::isSupportHevcEncode() {
+  ORVA_JOURNAL();
+  return false;
+}
 
 void EngineImpl::enableBeauty(const char* cameraId) {
-  call("enableBeauty", cameraId), media([&](auto& m) { m.beautyCameras.insert(text(cameraId)); });
+  ORVA_JOURNAL(cameraId);
+  media([&](auto& m) { m.beautyCameras.insert(text(cameraId)); });
 }
 void EngineImpl::disableBeauty(const char* cameraId) {
-  call("disableBeauty", cameraId), media([&](auto& m) { m.beautyCameras.erase(text(cameraId)); });
+  ORVA_JOURNAL(cameraId);
+  media([&](auto& m) { m.beautyCameras.erase(text(cameraId)); });
 }
 void EngineImpl::setBeautyParameter(const char* key, const char* value) {
-  call("setBeautyParameter", key, value), media([&](auto& m) { m.beautyParams[text(key)] = text(value); });
+  ORVA_JOURNAL(key, value);
+  media([&](auto& m) { m.beautyParams[text(key)] = text(value); });
 }
 
 void EngineImpl::enableAudioAGC(bool enable, int level) {
-  call("enableAudioAGC", enable, level), p_.device.with([&](auto& s) { s.agc = enable, s.agcLevel = level; });
+  ORVA_JOURNAL(enable, level);
+  p_.device.with([&](auto& s) {
+    s.agc = enable;
+    s.agcLevel = level;
+  });
 }
 void EngineImpl::enableAudioANS(bool enable, int level) {
-  call("enableAudioANS", enable, level), p_.device.with([&](auto& s) { s.ans = enable, s.ansLevel = level; });
+  ORVA_JOURNAL(enable, level);
+  p_.device.with([&](auto& s) {
+    s.ans = enable;
+    s.ansLevel = level;
+  });
 }
-void EngineImpl::enableAudioAEC(bool enable) { call("enableAudioAEC", enable), set(&DeviceState::aec, enable); }
+void EngineImpl::enableAudioAEC(bool enable) {
+  ORVA_JOURNAL(enable);
+  set(&DeviceState::aec, enable);
+}
 void EngineImpl::enableStereoMicrophone(bool enable) {
-  call("enableStereoMicrophone", enable), set(&DeviceState::stereo, enable);
+  ORVA_JOURNAL(enable);
+  set(&DeviceState::stereo, enable);
 }
-bool EngineImpl::getAGCStatus() { return call("getAGCStatus"), get(&DeviceState::agc); }
-bool EngineImpl::getAECStatus() { return call("getAECStatus"), get(&DeviceState::aec); }
-bool EngineImpl::getANSStatus() { return call("getANSStatus"), get(&DeviceState::ans); }
-bool EngineImpl::getStereoMicrophoneStatus() { return call("getStereoMicrophoneStatus"), get(&DeviceState::stereo); }
+bool EngineImpl::getAGCStatus() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::agc);
+}
+bool EngineImpl::getAECStatus() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::aec);
+}
+bool EngineImpl::getANSStatus() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::ans);
+}
+bool EngineImpl::getStereoMicrophoneStatus() {
+  ORVA_JOURNAL();
+  return get(&DeviceState::stereo);
+}
 void EngineImpl::enableAudioCaptureFixDelay(bool enable, int delayMs) {
-  call("enableAudioCaptureFixDelay", enable, delayMs);
-  p_.device.with([&](auto& s) { s.fixDelay = enable, s.fixDelayMs = delayMs; });
+  ORVA_JOURNAL(enable, delayMs);
+  p_.device.with([&](auto& s) {
+    s.fixDelay = enable;
+    s.fixDelayMs = delayMs;
+  });
 }
 
 void EngineImpl::removeEventHandler(rtc::OrvaEngineListener* listener, rtc::VideoFrameProcessor* processor) {
-  call("removeEventHandler", listener, processor), p_.forget(listener, processor);
+  ORVA_JOURNAL(listener, processor);
+  p_.forget(listener, processor);
 }
 
 }  // namespace orva::loopback

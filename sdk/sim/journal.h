@@ -53,3 +53,9 @@ void noteCall(const char* iface, const char* member, const Args&... args) {
 }
 
 }  // namespace orva::loopback
+
+// Journals the call of the enclosing member as `Interface.member(args...)`,
+// first thing in its body: the member's own name, and the interface that
+// journalInterface() names where the macro is written. Not inside a lambda,
+// whose __func__ names its call operator.
+#define ORVA_JOURNAL(...) ::orva::loopback::noteCall(journalInterface(), __func__ __VA_OPT__(, ) __VA_ARGS__)

@@ -1,6 +1,7 @@
 #include "listener_registry.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace orva::loopback {
 namespace {
@@ -11,6 +12,29 @@ thread_local std::vector<const void*> t_ownCalls;
 
 int ownCallsTo(const void* target) {
   return static_cast<int>(std::count(t_ownCalls.begin(), t_ownCalls.end(), target));
+}
+
+template <class Face>
+void* asFace(rtc::OrvaEngineListener* listener) {
+  if constexpr (std::is_base_of_v<Face, rtc::OrvaEngineListener>) {
+    return static_cast<Face*>(listener);
+  } else {
+    return nullptr;
+  }
+}
+
+// Which slots hold a face that an OrvaEngineListener implements: all but the
+// processor's.
+#define ORVA_ENGINE_FACE(field, Type) std::is_base_of_v<rtc::Type, rtc::OrvaEngineListener>,
+constexpr std::array<bool, kFaceCount> kEngineFaces = {ORVA_LISTENER_FACES(ORVA_ENGINE_FACE)};
+#undef ORVA_ENGINE_FACE
+
+// `listener` seen through each of its faces (base-class pointers differ);
+// null in every other slot, and everywhere for a null listener.
+std::array<void*, kFaceCount> engineFaces(rtc::OrvaEngineListener* listener) {
+#define ORVA_AS_FACE(field, Type) asFace<rtc::Type>(listener),
+  return {ORVA_LISTENER_FACES(ORVA_AS_FACE)};
+#undef ORVA_AS_FACE
 }
 
 }  // namespace
@@ -38,24 +62,17 @@ ListenerRegistry::InFlight::~InFlight() {
   if (registry.waiters_ > 0) registry.idle_.notify_all();
 }
 
-void ListenerRegistry::setSlot(Face face, void* target) {
+void ListenerRegistry::setSlot(size_t slot, void* target) {
   std::lock_guard lock(mutex_);
-  slots_[static_cast<size_t>(face)] = target;
+  slots_[slot] = target;
 }
 
-void ListenerRegistry::setAll(rtc::OrvaEngineListener* l) {
+void ListenerRegistry::setAll(rtc::OrvaEngineListener* listener) {
+  const auto faces = engineFaces(listener);
   std::lock_guard lock(mutex_);
-  FaceSet faces;
-  if (l != nullptr) {
-    faces = {l, l, l, l, l, l, l, nullptr};
+  for (size_t slot = 0; slot < kFaceCount; ++slot) {
+    if (kEngineFaces[slot]) slots_[slot] = faces[slot];
   }
-  slots_[0] = faces.rtc;
-  slots_[1] = faces.service;
-  slots_[2] = faces.audio;
-  slots_[3] = faces.transcoder;
-  slots_[4] = faces.device;
-  slots_[5] = faces.channel;
-  slots_[6] = faces.live;
 }
 
 void ListenerRegistry::clearAll() {
@@ -64,33 +81,27 @@ void ListenerRegistry::clearAll() {
 }
 
 std::vector<size_t> ListenerRegistry::allSlots() {
-  std::vector<size_t> slots(kSlots);
-  for (size_t i = 0; i < kSlots; ++i) slots[i] = i;
+  std::vector<size_t> slots(kFaceCount);
+  for (size_t i = 0; i < kFaceCount; ++i) slots[i] = i;
   return slots;
 }
 
-FaceSet ListenerRegistry::toFaceSet(const std::vector<void*>& t) {
-  return {static_cast<rtc::RtcEngineListener*>(t[0]),    static_cast<rtc::MediaServiceListener*>(t[1]),
-          static_cast<rtc::AudioServiceListener*>(t[2]), static_cast<rtc::ILocalMediaTranscoderCallback*>(t[3]),
-          static_cast<rtc::IMediaDeviceCallback*>(t[4]), static_cast<rtc::MediaChannelListener*>(t[5]),
-          static_cast<rtc::MediaLiveListener*>(t[6]),    static_cast<rtc::VideoFrameProcessor*>(t[7])};
+FaceSet ListenerRegistry::toFaceSet(const std::vector<void*>& targets) {
+  FaceSet faces;
+  size_t slot = 0;
+#define ORVA_FACE_FIELD(field, Type) faces.field = static_cast<rtc::Type*>(targets[slot++]);
+  ORVA_LISTENER_FACES(ORVA_FACE_FIELD)
+#undef ORVA_FACE_FIELD
+  return faces;
 }
 
 void ListenerRegistry::forget(rtc::OrvaEngineListener* listener, rtc::VideoFrameProcessor* processor) {
-  // The same object seen through each face: base-class pointers differ.
-  std::array<void*, kSlots> faces{};
-  if (listener != nullptr) {
-    faces = {
-        static_cast<rtc::RtcEngineListener*>(listener),    static_cast<rtc::MediaServiceListener*>(listener),
-        static_cast<rtc::AudioServiceListener*>(listener), static_cast<rtc::ILocalMediaTranscoderCallback*>(listener),
-        static_cast<rtc::IMediaDeviceCallback*>(listener), static_cast<rtc::MediaChannelListener*>(listener),
-        static_cast<rtc::MediaLiveListener*>(listener),    nullptr};
-  }
-  faces[kSlots - 1] = processor;
+  auto faces = engineFaces(listener);
+  faces[slotOf<rtc::VideoFrameProcessor>()] = processor;
 
   std::unique_lock lock(mutex_);
   std::vector<const void*> forgotten;
-  for (size_t i = 0; i < kSlots; ++i) {
+  for (size_t i = 0; i < kFaceCount; ++i) {
     if (faces[i] != nullptr) {
       if (slots_[i] == faces[i]) slots_[i] = nullptr;
       forgotten.push_back(faces[i]);

@@ -13,66 +13,15 @@
 #include <unordered_map>
 #include <vector>
 
-#include "orva/listeners.h"
+#include "listener_faces.h"
 
 namespace orva::loopback {
 
-namespace rtc = Orva::Rtc;
-
-enum class Face : int { Rtc, Service, Audio, Transcoder, Device, Channel, Live, Processor, kCount };
-
-template <class T>
-constexpr Face faceOf();
-template <>
-constexpr Face faceOf<rtc::RtcEngineListener>() {
-  return Face::Rtc;
-}
-template <>
-constexpr Face faceOf<rtc::MediaServiceListener>() {
-  return Face::Service;
-}
-template <>
-constexpr Face faceOf<rtc::AudioServiceListener>() {
-  return Face::Audio;
-}
-template <>
-constexpr Face faceOf<rtc::ILocalMediaTranscoderCallback>() {
-  return Face::Transcoder;
-}
-template <>
-constexpr Face faceOf<rtc::IMediaDeviceCallback>() {
-  return Face::Device;
-}
-template <>
-constexpr Face faceOf<rtc::MediaChannelListener>() {
-  return Face::Channel;
-}
-template <>
-constexpr Face faceOf<rtc::MediaLiveListener>() {
-  return Face::Live;
-}
-template <>
-constexpr Face faceOf<rtc::VideoFrameProcessor>() {
-  return Face::Processor;
-}
-
-// Every registered target at one moment, for code that calls several.
-struct FaceSet {
-  rtc::RtcEngineListener* rtc = nullptr;
-  rtc::MediaServiceListener* service = nullptr;
-  rtc::AudioServiceListener* audio = nullptr;
-  rtc::ILocalMediaTranscoderCallback* transcoder = nullptr;
-  rtc::IMediaDeviceCallback* device = nullptr;
-  rtc::MediaChannelListener* channel = nullptr;
-  rtc::MediaLiveListener* live = nullptr;
-  rtc::VideoFrameProcessor* processor = nullptr;
-};
-
 class ListenerRegistry {
  public:
-  template <class T>
+  template <ListenerFace T>
   void set(T* target) {
-    setSlot(faceOf<T>(), target);
+    setSlot(slotOf<T>(), target);
   }
   // Registers every face of `listener` (null clears them); the processor
   // slot is left alone.
@@ -81,9 +30,9 @@ class ListenerRegistry {
 
   // Calls fn(target) with the registered target of face T, marked in flight.
   // False, without calling, when nothing is registered.
-  template <class T, class Fn>
+  template <ListenerFace T, class Fn>
   bool invoke(Fn&& fn) {
-    InFlight guard(*this, {static_cast<size_t>(faceOf<T>())});
+    InFlight guard(*this, {slotOf<T>()});
     if (guard.targets[0] == nullptr) return false;
     fn(static_cast<T*>(guard.targets[0]));
     return true;
@@ -101,8 +50,6 @@ class ListenerRegistry {
   void forget(rtc::OrvaEngineListener* listener, rtc::VideoFrameProcessor* processor);
 
  private:
-  static constexpr size_t kSlots = static_cast<size_t>(Face::kCount);
-
   // Marks targets in flight for its lifetime (exception-safe).
   struct InFlight {
     InFlight(ListenerRegistry& registry, const std::vector<size_t>& slots);
@@ -113,13 +60,13 @@ class ListenerRegistry {
     std::vector<void*> targets;  // one per requested slot, null when empty
   };
 
-  void setSlot(Face face, void* target);
+  void setSlot(size_t slot, void* target);
   static std::vector<size_t> allSlots();
   static FaceSet toFaceSet(const std::vector<void*>& targets);
 
   std::mutex mutex_;  // guards slots_, inFlight_ and waiters_
   std::condition_variable idle_;
-  std::array<void*, kSlots> slots_{};              // registered target per face
+  std::array<void*, kFaceCount> slots_{};          // registered target per face
   std::unordered_map<const void*, int> inFlight_;  // target -> calls running
   int waiters_ = 0;                                // forget() calls waiting
 };

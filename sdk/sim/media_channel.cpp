@@ -3,14 +3,14 @@
 namespace orva::loopback {
 
 int ChannelImpl::Initialize(rtc::Settings* settings, rtc::MediaChannelListener* listener) {
-  noteMedia("Initialize", settings, listener);
+  ORVA_JOURNAL(settings, listener);
   parts_.start(settings);
   parts_.registry.set(listener);
   return rtc::Init_Successd;
 }
 
 void ChannelImpl::Terminate() {
-  noteMedia("Terminate");
+  ORVA_JOURNAL();
   parts_.session.unpublishAudio();
   parts_.session.unpublishVideo();
   parts_.files.stopChannelFile();
@@ -18,39 +18,45 @@ void ChannelImpl::Terminate() {
 }
 
 int ChannelImpl::UpdateRenderSetting(const char* userId, rtc::Settings* settings) {
-  noteMedia("UpdateRenderSetting", userId, settings);
+  ORVA_JOURNAL(userId, settings);
   return userId != nullptr ? kOk : kInvalidArgument;
 }
 
 void ChannelImpl::StopAllRender() {
-  noteMedia("StopAllRender"), media([](auto& m) { m.renders.clear(); });
+  ORVA_JOURNAL();
+  media([](auto& m) { m.renders.clear(); });
 }
 
 void ChannelImpl::StopAllPlayout(bool stop) {
-  noteMedia("StopAllPlayout", stop);
+  ORVA_JOURNAL(stop);
   if (stop) media([](auto& m) { m.playouts.clear(); });
 }
 
 int ChannelImpl::DeliverAudioFrame(int8_t* data, int size, int freq, int channels, uint32_t extra) {
-  noteMedia("DeliverAudioFrame", data, size, freq, channels, extra);
+  ORVA_JOURNAL(data, size, freq, channels, extra);
   return countFrame(data != nullptr && size > 0, &MediaState::audioFramesDelivered);
 }
 
 void ChannelImpl::RemoveAllVideoProcessor() {
-  noteMedia("RemoveAllVideoProcessor"), media([](auto& m) { m.videoProcessors.clear(); });
+  ORVA_JOURNAL();
+  media([](auto& m) { m.videoProcessors.clear(); });
 }
 
 void ChannelImpl::UpdateSetting(std::map<std::string, std::string> settings) {
-  noteMedia("UpdateSetting", settings);
+  ORVA_JOURNAL(settings);
   media([&](auto& m) {
     for (auto& [key, value] : settings) m.channelSettings[key] = value;
   });
 }
 
 void ChannelImpl::Downgrade(const rtc::DowngradeParam& param) {
-  noteMedia("Downgrade", param), media([&](auto& m) { m.downgrade = param; });
+  ORVA_JOURNAL(param);
+  media([&](auto& m) { m.downgrade = param; });
 }
 
-bool ChannelImpl::isLink() { return noteMedia("isLink"), parts_.session.joined(); }
+bool ChannelImpl::isLink() {
+  ORVA_JOURNAL();
+  return parts_.session.joined();
+}
 
 }  // namespace orva::loopback

@@ -6,7 +6,7 @@ MediaDeviceImpl::MediaDeviceImpl(CoreParts& parts)
     : DeviceMembers("MediaDevice", parts.device, parts.registry), parts_(parts) {}
 
 int MediaDeviceImpl::Initialize(rtc::Settings* settings, rtc::IMediaDeviceCallback* callback) {
-  note("Initialize", settings, callback);
+  ORVA_JOURNAL(settings, callback);
   parts_.start(settings);
   parts_.registry.set(callback);
   return rtc::Init_Successd;

@@ -2,54 +2,82 @@
 
 namespace orva::loopback {
 
-namespace {
-constexpr const char* kName = "IMediaService";
+rtc::MediaChannel* MediaServiceImpl::RealtimeChannel() {
+  ORVA_JOURNAL();
+  return &core_.realtime;
 }
-
-rtc::MediaChannel* MediaServiceImpl::RealtimeChannel() { return noteCall(kName, "RealtimeChannel"), &core_.realtime; }
-rtc::MediaChannel* MediaServiceImpl::LiveChannel() { return noteCall(kName, "LiveChannel"), &core_.live; }
+rtc::MediaChannel* MediaServiceImpl::LiveChannel() {
+  ORVA_JOURNAL();
+  return &core_.live;
+}
 rtc::MediaChannel* MediaServiceImpl::LightLiveChannel() {
-  return noteCall(kName, "LightLiveChannel"), &core_.lightLive;
+  ORVA_JOURNAL();
+  return &core_.lightLive;
 }
-rtc::MediaChannel* MediaServiceImpl::GroupChannel() { return noteCall(kName, "GroupChannel"), &core_.group; }
+rtc::MediaChannel* MediaServiceImpl::GroupChannel() {
+  ORVA_JOURNAL();
+  return &core_.group;
+}
 rtc::MediaChannel* MediaServiceImpl::FusionLiveRtcChannel() {
-  return noteCall(kName, "FusionLiveRtcChannel"), &core_.fusion;
+  ORVA_JOURNAL();
+  return &core_.fusion;
 }
-rtc::MediaDevice* MediaServiceImpl::Device() { return noteCall(kName, "Device"), &core_.device; }
-rtc::AudioService* MediaServiceImpl::Audio() { return noteCall(kName, "Audio"), &core_.audio; }
-rtc::MediaLive* MediaServiceImpl::Live() { return noteCall(kName, "Live"), &core_.livePush; }
+rtc::MediaDevice* MediaServiceImpl::Device() {
+  ORVA_JOURNAL();
+  return &core_.device;
+}
+rtc::AudioService* MediaServiceImpl::Audio() {
+  ORVA_JOURNAL();
+  return &core_.audio;
+}
+rtc::MediaLive* MediaServiceImpl::Live() {
+  ORVA_JOURNAL();
+  return &core_.livePush;
+}
 rtc::LocalMediaTranscoder* MediaServiceImpl::MediaTranscoder() {
-  return noteCall(kName, "MediaTranscoder"), &core_.transcoder;
+  ORVA_JOURNAL();
+  return &core_.transcoder;
 }
-rtc::IBeautyEngine* MediaServiceImpl::BeautyEngine() { return noteCall(kName, "BeautyEngine"), &core_.beauty; }
+rtc::IBeautyEngine* MediaServiceImpl::BeautyEngine() {
+  ORVA_JOURNAL();
+  return &core_.beauty;
+}
 
 int MediaServiceImpl::JoinSession(const char* session, rtc::Settings* settings) {
-  return noteCall(kName, "JoinSession", session, settings), core_.parts.session.join(session, settings);
+  ORVA_JOURNAL(session, settings);
+  return core_.parts.session.join(session, settings);
 }
-void MediaServiceImpl::LeaveSession() { noteCall(kName, "LeaveSession"), core_.parts.session.leave(); }
+void MediaServiceImpl::LeaveSession() {
+  ORVA_JOURNAL();
+  core_.parts.session.leave();
+}
 
 int MediaServiceImpl::Initialize(rtc::Settings* settings, rtc::MediaServiceListener* listener, void* reserved1,
                                  void* reserved2) {
-  noteCall(kName, "Initialize", settings, listener, reserved1, reserved2);
+  ORVA_JOURNAL(settings, listener, reserved1, reserved2);
   core_.parts.start(settings);
   core_.parts.registry.set(listener);
   return rtc::Init_Successd;
 }
 
 int MediaServiceImpl::Initialize(rtc::Settings* settings, rtc::MediaServiceListener* listener) {
-  noteCall(kName, "Initialize", settings, listener);
+  ORVA_JOURNAL(settings, listener);
   core_.parts.start(settings);
   core_.parts.registry.set(listener);
   return rtc::Init_Successd;
 }
 
 int MediaServiceImpl::JoinGroup(const char* group, rtc::Settings* settings) {
-  return noteCall(kName, "JoinGroup", group, settings), core_.parts.session.joinGroup(group);
+  ORVA_JOURNAL(group, settings);
+  return core_.parts.session.joinGroup(group);
 }
-void MediaServiceImpl::LeaveGroup() { noteCall(kName, "LeaveGroup"), core_.parts.session.leaveGroup(); }
+void MediaServiceImpl::LeaveGroup() {
+  ORVA_JOURNAL();
+  core_.parts.session.leaveGroup();
+}
 
 void MediaServiceImpl::Terminate() {
-  noteCall(kName, "Terminate");
+  ORVA_JOURNAL();
   auto& parts = core_.parts;
   parts.session.leaveNow();
   // OnTerminate is the last thing the service face hears.
@@ -58,25 +86,35 @@ void MediaServiceImpl::Terminate() {
   parts.stop();
 }
 
-int MediaServiceImpl::LastError() { return noteCall(kName, "LastError"), core_.parts.session.lastError(); }
+int MediaServiceImpl::LastError() {
+  ORVA_JOURNAL();
+  return core_.parts.session.lastError();
+}
 void MediaServiceImpl::SetNetworkType(rtc::NetworkType type) {
-  noteCall(kName, "SetNetworkType", type), core_.parts.media.with([&](auto& m) { m.networkType = type; });
+  ORVA_JOURNAL(type);
+  core_.parts.media.with([&](auto& m) { m.networkType = type; });
 }
 void MediaServiceImpl::UpdateSetting(std::map<std::string, std::string> settings) {
-  noteCall(kName, "UpdateSetting", settings);
+  ORVA_JOURNAL(settings);
   core_.parts.media.with([&](auto& m) {
     for (auto& [key, value] : settings) m.serviceSettings[key] = value;
   });
 }
 void MediaServiceImpl::UpdateRtmpUrl(const std::string& url) {
-  noteCall(kName, "UpdateRtmpUrl", url), core_.parts.media.with([&](auto& m) { m.rtmpUrl = url; });
+  ORVA_JOURNAL(url);
+  core_.parts.media.with([&](auto& m) { m.rtmpUrl = url; });
 }
-bool MediaServiceImpl::IsEchoStarted() { return noteCall(kName, "IsEchoStarted"), core_.parts.session.echoRunning(); }
+bool MediaServiceImpl::IsEchoStarted() {
+  ORVA_JOURNAL();
+  return core_.parts.session.echoRunning();
+}
 void MediaServiceImpl::StartEchoTest(rtc::EchoCheckType type) {
-  noteCall(kName, "StartEchoTest", type), core_.parts.session.startEcho(type);
+  ORVA_JOURNAL(type);
+  core_.parts.session.startEcho(type);
 }
 void MediaServiceImpl::StopEchoTest(rtc::EchoCheckType type) {
-  noteCall(kName, "StopEchoTest", type), core_.parts.session.stopEcho(type);
+  ORVA_JOURNAL(type);
+  core_.parts.session.stopEcho(type);
 }
 
 }  // namespace orva::loopback

@@ -1,6 +1,7 @@
 // The engine's sub-objects as callers see them. Each is a thin interface
-// over CoreParts: it journals the call under its interface name and hands
-// the work to the part that owns it.
+// over CoreParts: it journals the call under its interface name (its
+// journalInterface(), or the mixin's) and hands the work to the part that
+// owns it.
 #pragma once
 
 #include <map>
@@ -55,6 +56,7 @@ class AudioServiceImpl final : public rtc::AudioService {
   void Terminate() override;
 
  private:
+  static const char* journalInterface() { return "AudioService"; }
   CoreParts& parts_;
 };
 
@@ -76,6 +78,7 @@ class TranscoderImpl final : public rtc::LocalMediaTranscoder {
   void setRemoteVideoRenderView(void* window) override;
 
  private:
+  static const char* journalInterface() { return "LocalMediaTranscoder"; }
   CoreParts& parts_;
 };
 
@@ -90,6 +93,7 @@ class BeautyImpl final : public rtc::IBeautyEngine {
   void SetBeautyFace2DPath(const std::string& path) override;
 
  private:
+  static const char* journalInterface() { return "IBeautyEngine"; }
   CoreParts& parts_;
 };
 
@@ -104,6 +108,7 @@ class LiveImpl final : public rtc::MediaLive {
   void StopRender() override;
 
  private:
+  static const char* journalInterface() { return "MediaLive"; }
   CoreParts& parts_;
 };
 
@@ -144,6 +149,7 @@ class MediaServiceImpl final : public rtc::IMediaService {
   void StopEchoTest(rtc::EchoCheckType type) override;
 
  private:
+  static const char* journalInterface() { return "IMediaService"; }
   Core& core_;
 };
 

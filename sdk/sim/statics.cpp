@@ -33,40 +33,40 @@ using orva::loopback::journal;
 using orva::loopback::noteCall;
 
 OrvaEngine* OrvaEngine::SDK() {
-  noteCall("OrvaEngine", "SDK");
+  noteCall("OrvaEngine", __func__);
   return &core().engine;
 }
 
 RtcEngine* RtcEngine::SDK() {
-  noteCall("RtcEngine", "SDK");
+  noteCall("RtcEngine", __func__);
   return &core().rtcEngine;
 }
 
-void RtcEngine::EnableSocketServer() { noteCall("RtcEngine", "EnableSocketServer"); }
+void RtcEngine::EnableSocketServer() { noteCall("RtcEngine", __func__); }
 
 void OrvaEngine::destroyOrvaSentry(bool flush) {
-  noteCall("OrvaEngine", "destroyOrvaSentry", flush);
+  noteCall("OrvaEngine", __func__, flush);
   g_sentryCreated = false;
 }
 
 void OrvaEngine::createOrvaSentry(Settings* settings) {
-  noteCall("OrvaEngine", "createOrvaSentry", settings);
+  noteCall("OrvaEngine", __func__, settings);
   g_sentryCreated = true;
 }
 
 void OrvaEngine::enableOrvaSentry(bool enable) {
-  noteCall("OrvaEngine", "enableOrvaSentry", enable);
+  noteCall("OrvaEngine", __func__, enable);
   g_sentryEnabled = enable;
 }
 
 void OrvaEngine::reportOrvaSentryEvent(SentryReportType type, const std::string& tag, const std::string& message) {
-  noteCall("OrvaEngine", "reportOrvaSentryEvent", type, tag, message);
+  noteCall("OrvaEngine", __func__, type, tag, message);
   journal().addCrashReport({static_cast<int>(type), tag, message});
   core().parts.logInfo("crash report [" + tag + "] " + message +
                        (g_sentryCreated && g_sentryEnabled ? "" : " (client off)"));
 }
 
-void OrvaEngine::updateOrvaSentry(Settings* settings) { noteCall("OrvaEngine", "updateOrvaSentry", settings); }
+void OrvaEngine::updateOrvaSentry(Settings* settings) { noteCall("OrvaEngine", __func__, settings); }
 
 }  // namespace Orva::Rtc
 

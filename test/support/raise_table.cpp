@@ -12,41 +12,6 @@ namespace test_control {
 
 namespace {
 
-template <class Face>
-Face* pick(const control::Registered& r);
-template <>
-rtc::RtcEngineListener* pick(const control::Registered& r) {
-  return r.rtc;
-}
-template <>
-rtc::MediaServiceListener* pick(const control::Registered& r) {
-  return r.service;
-}
-template <>
-rtc::AudioServiceListener* pick(const control::Registered& r) {
-  return r.audio;
-}
-template <>
-rtc::ILocalMediaTranscoderCallback* pick(const control::Registered& r) {
-  return r.transcoder;
-}
-template <>
-rtc::IMediaDeviceCallback* pick(const control::Registered& r) {
-  return r.device;
-}
-template <>
-rtc::MediaChannelListener* pick(const control::Registered& r) {
-  return r.channel;
-}
-template <>
-rtc::MediaLiveListener* pick(const control::Registered& r) {
-  return r.live;
-}
-template <>
-rtc::VideoFrameProcessor* pick(const control::Registered& r) {
-  return r.processor;
-}
-
 // Each parameter type of a callback is converted on the script thread into
 // a value the engine thread can own (`hold`), and turned into the argument
 // only when the call is made (`use`): JavaScript values never cross threads,
@@ -122,7 +87,8 @@ Raise bindCall(void (Face::*member)(P...), const JsArgs& a, std::index_sequence<
   // Braces convert the arguments left to right, as script wrote them.
   std::tuple<decltype(hold(Tag<P>{}, a, I))...> held{hold(Tag<P>{}, a, I)...};
   return [member, held](const control::Registered& r) {
-    Face* face = pick<Face>(r);
+    (void)held;  // a member without parameters reads nothing from it
+    Face* face = r.get<Face>();
     if (face == nullptr) return false;
     (face->*member)(use(Tag<P>{}, std::get<I>(held))...);
     return true;
@@ -137,71 +103,15 @@ Raise raiseOf(const JsArgs& a) {
   }(Member);
 }
 
-// One entry per listener member, named as script names it.
-#define ORVA_RAISE(Face, member) \
-  { #Face "." #member, raiseOf < &rtc::Face::member> }
+// One entry per listener member script may raise, generated from the
+// interface description's listener classes: its script name, and the member
+// chosen by its described parameter types (which pick the conversions).
+// NOLINTNEXTLINE(bugprone-macro-parentheses): `params` is a parameter list, parentheses included.
+#define ORVA_RAISE(name, Face, member, params) {name, raiseOf<static_cast<void(Face::*) params>(&Face::member)>},
 
 const std::map<std::string, Raise (*)(const JsArgs&)>& table() {
   static const auto* const entries = new std::map<std::string, Raise (*)(const JsArgs&)>{
-      ORVA_RAISE(RtcEngineListener, OnEngineEvent),
-      ORVA_RAISE(RtcEngineListener, OnEngineLog),
-      ORVA_RAISE(RtcEngineListener, OnExtHeatBeatEvent),
-      ORVA_RAISE(RtcEngineListener, OnMediaChannelStateChanged),
-      ORVA_RAISE(MediaServiceListener, OnSessionStateChanged),
-      ORVA_RAISE(MediaServiceListener, OnGroupStateChanged),
-      ORVA_RAISE(MediaServiceListener, OnNetworkStats),
-      ORVA_RAISE(MediaServiceListener, OnAlternateServerAvailable),
-      ORVA_RAISE(MediaServiceListener, OnPerformanceAlarms),
-      ORVA_RAISE(MediaServiceListener, OnUserVoiceVolume),
-      ORVA_RAISE(MediaServiceListener, onEchoResult),
-      ORVA_RAISE(MediaServiceListener, OnTerminate),
-      ORVA_RAISE(AudioServiceListener, OnPlayFileStart),
-      ORVA_RAISE(AudioServiceListener, OnPlayFileEnd),
-      ORVA_RAISE(AudioServiceListener, OnPlayFilePosChanged),
-      ORVA_RAISE(AudioServiceListener, OnPlayFileTerminate),
-      ORVA_RAISE(ILocalMediaTranscoderCallback, onTranscodingStarted),
-      ORVA_RAISE(ILocalMediaTranscoderCallback, onTranscodingStopped),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceStarted),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceStopped),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceError),
-      ORVA_RAISE(IMediaDeviceCallback, onMicSourceError),
-      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceStarted),
-      ORVA_RAISE(IMediaDeviceCallback, onScreenSourcePaused),
-      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceResumed),
-      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceCovered),
-      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceStopped),
-      ORVA_RAISE(IMediaDeviceCallback, onScreenSourceError),
-      ORVA_RAISE(IMediaDeviceCallback, onImageSourceStarted),
-      ORVA_RAISE(IMediaDeviceCallback, onImageSourceStopped),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraDidReady),
-      ORVA_RAISE(IMediaDeviceCallback, onMicDidReady),
-      ORVA_RAISE(IMediaDeviceCallback, onUserVoiceVolume),
-      ORVA_RAISE(IMediaDeviceCallback, onDeviceChange),
-      ORVA_RAISE(IMediaDeviceCallback, onTestMicVolume),
-      ORVA_RAISE(IMediaDeviceCallback, onTestSpeakerVolume),
-      ORVA_RAISE(IMediaDeviceCallback, onAudioDeviceCaptureVolumeChanged),
-      ORVA_RAISE(IMediaDeviceCallback, onAudioDevicePlayoutVolumeChanged),
-      ORVA_RAISE(IMediaDeviceCallback, onSourceSized),
-      ORVA_RAISE(IMediaDeviceCallback, onBeautyError),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceRecordStarted),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceRecordStopped),
-      ORVA_RAISE(IMediaDeviceCallback, onCameraSourceRecordError),
-      ORVA_RAISE(IMediaDeviceCallback, onEncoderError),
-      ORVA_RAISE(MediaChannelListener, OnStreamAdd),
-      ORVA_RAISE(MediaChannelListener, OnStreamRemove),
-      ORVA_RAISE(MediaChannelListener, OnAudioEvent),
-      ORVA_RAISE(MediaChannelListener, OnVideoEvent),
-      ORVA_RAISE(MediaChannelListener, OnAudioLevelChanged),
-      ORVA_RAISE(MediaChannelListener, OnVideoSizeFirst),
-      ORVA_RAISE(MediaChannelListener, OnVideoSizeChanged),
-      ORVA_RAISE(MediaChannelListener, OnVideoLevelChanged),
-      ORVA_RAISE(MediaChannelListener, OnAudioFilePlayError),
-      ORVA_RAISE(MediaChannelListener, OnAudioFilePlayCompleted),
-      ORVA_RAISE(MediaChannelListener, OnMediaChannelTerminate),
-      ORVA_RAISE(MediaLiveListener, OnVideoEvent),
-      ORVA_RAISE(MediaLiveListener, OnAudioEvent),
-      // Frames themselves go through deliverFrame.
-      ORVA_RAISE(VideoFrameProcessor, OnVideoFormatChanged),
+#include "raise_entries.inc"
   };
   return *entries;
 }
