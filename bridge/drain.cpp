@@ -7,16 +7,13 @@
 namespace orva::bridge {
 namespace {
 
-constexpr const char* kTextureFrameEvent = "OnVideoFrameTexture";
-
-v8::MaybeLocal<v8::String> nameOf(ScriptLink& link, const char* name) {
+v8::MaybeLocal<v8::String> nameOf(ScriptLink& link, EventId id) {
   v8::Isolate* isolate = link.isolate;
-  ScriptLink::NameSlot& slot = link.names[(reinterpret_cast<uintptr_t>(name) >> 3) % link.names.size()];
-  if (slot.name == name) return slot.text.Get(isolate);
+  v8::Global<v8::String>& made = link.names[static_cast<size_t>(id)];
+  if (!made.IsEmpty()) return made.Get(isolate);
   v8::Local<v8::String> text;
-  if (!v8::String::NewFromUtf8(isolate, name, v8::NewStringType::kInternalized).ToLocal(&text)) return {};
-  slot.name = name;
-  slot.text.Reset(isolate, text);
+  if (!v8::String::NewFromUtf8(isolate, eventInfo(id).name, v8::NewStringType::kInternalized).ToLocal(&text)) return {};
+  made.Reset(isolate, text);
   return text;
 }
 
@@ -39,10 +36,10 @@ class Turn {
   }
 
   /// Calls the handler as handler(name, int1, int2, int3, str1, str2, payload).
-  void call(const char* name, const PendingEvent& event, v8::MaybeLocal<v8::Object> payload) {
+  void call(const PendingEvent& event, v8::MaybeLocal<v8::Object> payload) {
     if (!settle() || !handler_->IsFunction()) return;
     v8::Local<v8::Value> arguments[7];
-    if (!build(name, event, payload, arguments)) return;
+    if (!build(event, payload, arguments)) return;
     // The handler's result is of no interest; an exception is reported.
     v8::MaybeLocal<v8::Value> result =
         handler_.As<v8::Function>()->Call(context_, v8::Undefined(isolate_), 7, arguments);
@@ -66,7 +63,7 @@ class Turn {
     forgetDetachedBuffer(link_);
     frames.lock();
     v8::MaybeLocal<v8::Object> payload = framePayload(context_, event, frames, link_.frameKeys);
-    call(event.frameHandle != 0 ? kTextureFrameEvent : kVideoFrameEvent, event, payload);
+    call(event, payload);
     frames.unlock();
   }
 
@@ -84,13 +81,12 @@ class Turn {
   // The seven arguments, or false when one cannot be made (an engine text
   // beyond V8's string length limit, an exhausted heap). No script is on the
   // stack to take an exception, so the event is not delivered.
-  bool build(const char* name, const PendingEvent& event, v8::MaybeLocal<v8::Object> payload,
-             v8::Local<v8::Value> (&arguments)[7]) {
+  bool build(const PendingEvent& event, v8::MaybeLocal<v8::Object> payload, v8::Local<v8::Value> (&arguments)[7]) {
     v8::Local<v8::String> nameText;
     v8::Local<v8::String> str1;
     v8::Local<v8::String> str2;
     v8::Local<v8::Object> made;
-    bool complete = nameOf(link_, name).ToLocal(&nameText) && scriptText(isolate_, event.str1).ToLocal(&str1) &&
+    bool complete = nameOf(link_, event.id).ToLocal(&nameText) && scriptText(isolate_, event.str1).ToLocal(&str1) &&
                     scriptText(isolate_, event.str2).ToLocal(&str2) && payload.ToLocal(&made);
     if (!complete) {
       settle();
@@ -138,7 +134,8 @@ void drain(uv_async_t* handle) {
   while (turn.goesOn() && state.queue.pop(event)) {
     turn.refreshHandler();
     v8::HandleScope eventScope(isolate);
-    if (event.name == kVideoFrameEvent) {
+    const PayloadKind kind = eventInfo(event.id).payload;
+    if (kind == PayloadKind::kVideoFrame) {
       state.lastFrameDeliveryMs = uv_hrtime() / 1000000;
       turn.deliverFrame(event);
       // A frame ends this turn so that the loop's other work keeps its pace;
@@ -147,8 +144,8 @@ void drain(uv_async_t* handle) {
       return;
     }
     v8::Local<v8::Object> payload = v8::Object::New(isolate);
-    bool filled = !event.payload || fillPayload(context, event.name, *event.payload, payload);
-    turn.call(event.name, event, filled ? v8::MaybeLocal<v8::Object>(payload) : v8::MaybeLocal<v8::Object>());
+    bool filled = !event.payload || fillPayload(context, kind, *event.payload, payload);
+    turn.call(event, filled ? v8::MaybeLocal<v8::Object>(payload) : v8::MaybeLocal<v8::Object>());
   }
 }
 

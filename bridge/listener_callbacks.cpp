@@ -2,22 +2,23 @@
 // the script handler, with its integers and texts in fixed places.
 #include <utility>
 
-#include "facade/event_handler.h"
+#include "event_handler.h"
 #include "pending_event.h"
 #include "wrapper_state.h"
 
 namespace Orva::Rtc {
 namespace {
 
+using orva::bridge::EventId;
 using orva::bridge::EventPayload;
 using orva::bridge::PendingEvent;
 
 const char* orEmpty(const char* text) { return text != nullptr ? text : ""; }
 
-PendingEvent event(const char* name, int32_t int1 = 0, int32_t int2 = 0, int32_t int3 = 0, std::string str1 = {},
+PendingEvent event(EventId id, int32_t int1 = 0, int32_t int2 = 0, int32_t int3 = 0, std::string str1 = {},
                    std::string str2 = {}) {
   PendingEvent out;
-  out.name = name;
+  out.id = id;
   out.int1 = int1;
   out.int2 = int2;
   out.int3 = int3;
@@ -38,7 +39,7 @@ void OrvaEngineEventHandler::emit(PendingEvent&& pending) {
 // --- Face 1 ------------------------------------------------------------------
 
 void OrvaEngineEventHandler::OnMediaChannelStateChanged(int channelState, int reason, const MediaChannelErrInfo& info) {
-  emit(event("OnMediaChannelStateChanged", channelState, reason, info.streamType, info.errorMsg));
+  emit(event(EventId::kOnMediaChannelStateChanged, channelState, reason, info.streamType, info.errorMsg));
 }
 
 // --- Face 2 ------------------------------------------------------------------
@@ -51,15 +52,15 @@ void OrvaEngineEventHandler::OnSessionStateChanged(const char* session, MediaSes
   RtcEngine* rtc = RtcEngine::SDK();
   IMediaService* service = rtc != nullptr ? rtc->MediaService() : nullptr;
   if (service == nullptr || !service->IsEchoStarted()) report(sessionState + 1, reason + 2, 0, "");
-  emit(event("OnSessionStateChanged", sessionState, reason, lastError, orEmpty(session)));
+  emit(event(EventId::kOnSessionStateChanged, sessionState, reason, lastError, orEmpty(session)));
 }
 
 void OrvaEngineEventHandler::OnGroupStateChanged(const char* group, GroupState groupState, GroupState reason) {
-  emit(event("OnGroupStateChanged", groupState, reason, 0, orEmpty(group)));
+  emit(event(EventId::kOnGroupStateChanged, groupState, reason, 0, orEmpty(group)));
 }
 
 void OrvaEngineEventHandler::OnNetworkStats(const NetworkStats& stats) {
-  PendingEvent pending = event("OnNetworkStats");
+  PendingEvent pending = event(EventId::kOnNetworkStats);
   pending.payload = std::make_unique<EventPayload>();
   EventPayload& payload = *pending.payload;
   payload.networkStats = stats;
@@ -76,7 +77,7 @@ void OrvaEngineEventHandler::OnNetworkStats(const NetworkStats& stats) {
 }
 
 void OrvaEngineEventHandler::onEchoResult(const EchoCheckResult& result) {
-  PendingEvent pending = event("OnEchoResult");
+  PendingEvent pending = event(EventId::kOnEchoResult);
   pending.payload = std::make_unique<EventPayload>();
   EventPayload& payload = *pending.payload;
   payload.resultInts[2] = result.network_result;
@@ -91,90 +92,92 @@ void OrvaEngineEventHandler::onEchoResult(const EchoCheckResult& result) {
 // --- Face 3 ------------------------------------------------------------------
 
 void OrvaEngineEventHandler::OnPlayFileStart(int fileId, int durationMs) {
-  emit(event("OnPlayFileStart", fileId, durationMs));
+  emit(event(EventId::kOnPlayFileStart, fileId, durationMs));
 }
 
-void OrvaEngineEventHandler::OnPlayFileEnd(int fileId, int reason) { emit(event("OnPlayFileEnd", fileId, reason)); }
+void OrvaEngineEventHandler::OnPlayFileEnd(int fileId, int reason) {
+  emit(event(EventId::kOnPlayFileEnd, fileId, reason));
+}
 
 void OrvaEngineEventHandler::OnPlayFilePosChanged(int fileId, int positionMs, int durationMs) {
-  emit(event("OnPlayFilePosChanged", fileId, positionMs, durationMs));
+  emit(event(EventId::kOnPlayFilePosChanged, fileId, positionMs, durationMs));
 }
 
-void OrvaEngineEventHandler::OnPlayFileTerminate() { emit(event("OnPlayFileTerminate")); }
+void OrvaEngineEventHandler::OnPlayFileTerminate() { emit(event(EventId::kOnPlayFileTerminate)); }
 
 // --- Face 4 ------------------------------------------------------------------
 
 void OrvaEngineEventHandler::onTranscodingStarted(LocalMediaTranscodingError error, const std::string& message) {
-  emit(event("OnTranscodingStarted", error, 0, 0, message));
+  emit(event(EventId::kOnTranscodingStarted, error, 0, 0, message));
 }
 
 void OrvaEngineEventHandler::onTranscodingStopped(int code, const std::string& message) {
-  emit(event("OnTranscodingStopped", code, 0, 0, message));
+  emit(event(EventId::kOnTranscodingStopped, code, 0, 0, message));
 }
 
 // --- Face 5 ------------------------------------------------------------------
 
 void OrvaEngineEventHandler::onCameraSourceStarted(const std::string& sourceId, LocalMediaTranscodingError error,
                                                    const std::string& message) {
-  emit(event("OnCameraSourceStarted", error, 0, 0, sourceId, message));
+  emit(event(EventId::kOnCameraSourceStarted, error, 0, 0, sourceId, message));
 }
 
 void OrvaEngineEventHandler::onCameraSourceStopped(const std::string& sourceId, const std::string& message) {
-  emit(event("OnCameraSourceStopped", 0, 0, 0, sourceId, message));
+  emit(event(EventId::kOnCameraSourceStopped, 0, 0, 0, sourceId, message));
 }
 
 void OrvaEngineEventHandler::onCameraSourceError(const std::string& sourceId, OrvaVideoCaptureError error) {
   report(ERROR_TYPE_WARNING, CAMERA_CAPTURE_ERROR, error, "");
-  emit(event("OnCameraSourceError", error, 0, 0, sourceId));
+  emit(event(EventId::kOnCameraSourceError, error, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onMicSourceError(const std::string& sourceId, OrvaAudioCaptureError error) {
   report(ERROR_TYPE_WARNING, MIC_CAPTURE_ERROR, error, "");
-  emit(event("onMicSourceError", error, 0, 0, sourceId));
+  emit(event(EventId::kOnMicSourceError, error, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onScreenSourceStarted(const std::string& sourceId, LocalMediaTranscodingError error,
                                                    const std::string& message) {
-  emit(event("OnScreenSourceStarted", error, 0, 0, sourceId, message));
+  emit(event(EventId::kOnScreenSourceStarted, error, 0, 0, sourceId, message));
 }
 
 void OrvaEngineEventHandler::onScreenSourcePaused(const std::string& sourceId, OrvaScreenCapturePauseReason reason) {
-  emit(event("OnScreenSourcePaused", reason, 0, 0, sourceId));
+  emit(event(EventId::kOnScreenSourcePaused, reason, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onScreenSourceResumed(const std::string& sourceId, OrvaScreenCaptureResumeReason reason) {
-  emit(event("OnScreenSourceResumed", reason, 0, 0, sourceId));
+  emit(event(EventId::kOnScreenSourceResumed, reason, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onScreenSourceCovered(const std::string& sourceId) {
-  emit(event("OnScreenSourceCovered", 0, 0, 0, sourceId));
+  emit(event(EventId::kOnScreenSourceCovered, 0, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onScreenSourceStopped(const std::string& sourceId, int code) {
-  emit(event("OnScreenSourceStopped", code, 0, 0, sourceId));
+  emit(event(EventId::kOnScreenSourceStopped, code, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onScreenSourceError(const std::string& sourceId, OrvaScreenCaptureError error) {
   report(ERROR_TYPE_WARNING, SCREEN_VIDEO_CAPTURE_ERROR, error, sourceId);
-  emit(event("OnScreenSourceError", error, 0, 0, sourceId));
+  emit(event(EventId::kOnScreenSourceError, error, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onImageSourceStarted(const std::string& sourceId, LocalMediaTranscodingError error,
                                                   const std::string& message) {
   report(ERROR_TYPE_WARNING, IMAGE_CAPTURE_ERROR, error, sourceId + ":" + message);
-  emit(event("OnImageSourceStarted", error, 0, 0, sourceId, message));
+  emit(event(EventId::kOnImageSourceStarted, error, 0, 0, sourceId, message));
 }
 
 void OrvaEngineEventHandler::onImageSourceStopped(const std::string& sourceId) {
-  emit(event("OnImageSourceStopped", 0, 0, 0, sourceId));
+  emit(event(EventId::kOnImageSourceStopped, 0, 0, 0, sourceId));
 }
 
-void OrvaEngineEventHandler::onCameraDidReady() { emit(event("OnCameraDidReady")); }
+void OrvaEngineEventHandler::onCameraDidReady() { emit(event(EventId::kOnCameraDidReady)); }
 
-void OrvaEngineEventHandler::onMicDidReady() { emit(event("OnMicDidReady")); }
+void OrvaEngineEventHandler::onMicDidReady() { emit(event(EventId::kOnMicDidReady)); }
 
 void OrvaEngineEventHandler::onUserVoiceVolume(const std::vector<VolumeInfo>& volumes, int userCount, int totalVolume) {
-  PendingEvent pending = event("OnUserVoiceVolume");
+  PendingEvent pending = event(EventId::kOnUserVoiceVolume);
   pending.payload = std::make_unique<EventPayload>();
   pending.payload->userVolumes = volumes;
   pending.payload->resultInts[0] = userCount;
@@ -183,52 +186,53 @@ void OrvaEngineEventHandler::onUserVoiceVolume(const std::vector<VolumeInfo>& vo
 }
 
 void OrvaEngineEventHandler::onDeviceChange(const std::string& deviceId, DeviceType type, DeviceState deviceState) {
-  emit(event("onDeviceChange", type, deviceState, 0, deviceId));
+  emit(event(EventId::kOnDeviceChange, type, deviceState, 0, deviceId));
 }
 
 void OrvaEngineEventHandler::onAudioDeviceCaptureVolumeChanged(int volume, bool muted) {
-  emit(event("OnAudioDeviceCaptureVolumeChanged", volume, muted ? 1 : 0));
+  emit(event(EventId::kOnAudioDeviceCaptureVolumeChanged, volume, muted ? 1 : 0));
 }
 
 void OrvaEngineEventHandler::onAudioDevicePlayoutVolumeChanged(int volume, bool muted) {
-  emit(event("OnAudioDevicePlayoutVolumeChanged", volume, muted ? 1 : 0));
+  emit(event(EventId::kOnAudioDevicePlayoutVolumeChanged, volume, muted ? 1 : 0));
 }
 
 void OrvaEngineEventHandler::onSourceSized(const std::string& sourceId, LocalMediaTranscodingSourceType type, int width,
                                            int height) {
-  emit(event("OnSourceSized", width, height, type, sourceId));
+  emit(event(EventId::kOnSourceSized, width, height, type, sourceId));
 }
 
 void OrvaEngineEventHandler::onBeautyError(const std::string& sourceId, int error, const std::string& message) {
-  if (!beautyReported_.exchange(true, std::memory_order_relaxed))
+  if (!beautyReported_.exchange(true, std::memory_order_relaxed)) {
     report(ERROR_TYPE_WARNING, BEAUTY_ERROR, error, message);
-  emit(event("OnBeautyError", error, 0, 0, sourceId, message));
+  }
+  emit(event(EventId::kOnBeautyError, error, 0, 0, sourceId, message));
 }
 
 // Recording events of the engine as a whole carry no source and their own names.
 void OrvaEngineEventHandler::onCameraSourceRecordStarted(const std::string& sourceId) {
-  emit(event(sourceId.empty() ? "OnRecordStarted" : "OnCameraSourceRecordStarted", 0, 0, 0, sourceId));
+  emit(event(sourceId.empty() ? EventId::kOnRecordStarted : EventId::kOnCameraSourceRecordStarted, 0, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onCameraSourceRecordStopped(const std::string& sourceId) {
-  emit(event(sourceId.empty() ? "OnRecordStopped" : "OnCameraSourceRecordStopped", 0, 0, 0, sourceId));
+  emit(event(sourceId.empty() ? EventId::kOnRecordStopped : EventId::kOnCameraSourceRecordStopped, 0, 0, 0, sourceId));
 }
 
 void OrvaEngineEventHandler::onCameraSourceRecordError(const std::string& sourceId, OrvaVideoRecordError error) {
-  emit(event(sourceId.empty() ? "OnRecordError" : "OnCameraSourceRecordError", error, 0, 0, sourceId));
+  emit(event(sourceId.empty() ? EventId::kOnRecordError : EventId::kOnCameraSourceRecordError, error, 0, 0, sourceId));
 }
 
-void OrvaEngineEventHandler::onEncoderError(int error) { emit(event("OnEncodeError", error)); }
+void OrvaEngineEventHandler::onEncoderError(int error) { emit(event(EventId::kOnEncodeError, error)); }
 
 // --- Face 6 ------------------------------------------------------------------
 
 void OrvaEngineEventHandler::OnStreamAdd(const char* userId, StreamType type, int streamIndex, const StringVector&,
                                          MediaChannel*) {
-  emit(event("OnStreamAdd", type, streamIndex, 0, orEmpty(userId)));
+  emit(event(EventId::kOnStreamAdd, type, streamIndex, 0, orEmpty(userId)));
 }
 
 void OrvaEngineEventHandler::OnStreamRemove(const char* userId, StreamType type, int streamIndex, MediaChannel*) {
-  emit(event("OnStreamRemove", type, streamIndex, 0, orEmpty(userId)));
+  emit(event(EventId::kOnStreamRemove, type, streamIndex, 0, orEmpty(userId)));
 }
 
 void OrvaEngineEventHandler::OnAudioEvent(const char* userId, AudioEvent audioEvent) {
@@ -243,7 +247,7 @@ void OrvaEngineEventHandler::OnAudioEvent(const char* userId, AudioEvent audioEv
     }
     audioStreamUp_.store(false, std::memory_order_relaxed);
   }
-  emit(event("OnAudioEvent", audioEvent, 0, 0, orEmpty(userId)));
+  emit(event(EventId::kOnAudioEvent, audioEvent, 0, 0, orEmpty(userId)));
 }
 
 void OrvaEngineEventHandler::OnVideoEvent(const char* userId, VideoEvent videoEvent) {
@@ -256,41 +260,41 @@ void OrvaEngineEventHandler::OnVideoEvent(const char* userId, VideoEvent videoEv
     }
     videoStreamUp_.store(false, std::memory_order_relaxed);
   }
-  emit(event("OnVideoEvent", videoEvent, 0, 0, orEmpty(userId)));
+  emit(event(EventId::kOnVideoEvent, videoEvent, 0, 0, orEmpty(userId)));
 }
 
 void OrvaEngineEventHandler::OnAudioLevelChanged(const char* userId, int level) {
-  emit(event("OnAudioLevelChanged", level, 0, 0, orEmpty(userId)));
+  emit(event(EventId::kOnAudioLevelChanged, level, 0, 0, orEmpty(userId)));
 }
 
 void OrvaEngineEventHandler::OnVideoSizeFirst(const std::string& userId, int width, int height) {
-  emit(event("OnVideoSizeFirst", width, height, 0, userId));
+  emit(event(EventId::kOnVideoSizeFirst, width, height, 0, userId));
 }
 
 void OrvaEngineEventHandler::OnVideoSizeChanged(const std::string& userId, int width, int height) {
-  emit(event("OnVideoSizeChanged", width, height, 0, userId));
+  emit(event(EventId::kOnVideoSizeChanged, width, height, 0, userId));
 }
 
 void OrvaEngineEventHandler::OnVideoLevelChanged(const std::string& userId, const std::string&,
                                                  const std::string& detail) {
-  emit(event("OnVideoLevelChanged", 0, 0, 0, userId, detail));
+  emit(event(EventId::kOnVideoLevelChanged, 0, 0, 0, userId, detail));
 }
 
 void OrvaEngineEventHandler::OnAudioFilePlayError(const char* file, int error) {
-  emit(event("OnAudioFilePlayError", error, 0, 0, orEmpty(file)));
+  emit(event(EventId::kOnAudioFilePlayError, error, 0, 0, orEmpty(file)));
 }
 
 void OrvaEngineEventHandler::OnAudioFilePlayCompleted(const char* file) {
-  emit(event("OnAudioFilePlayCompleted", 0, 0, 0, orEmpty(file)));
+  emit(event(EventId::kOnAudioFilePlayCompleted, 0, 0, 0, orEmpty(file)));
 }
 
-void OrvaEngineEventHandler::OnMediaChannelTerminate() { emit(event("OnMediaChannelTerminate")); }
+void OrvaEngineEventHandler::OnMediaChannelTerminate() { emit(event(EventId::kOnMediaChannelTerminate)); }
 
 // --- Face 7 ------------------------------------------------------------------
 
-void OrvaEngineEventHandler::OnVideoEvent(VideoEvent videoEvent) { emit(event("OnVideoEvent", videoEvent)); }
+void OrvaEngineEventHandler::OnVideoEvent(VideoEvent videoEvent) { emit(event(EventId::kOnVideoEvent, videoEvent)); }
 
-void OrvaEngineEventHandler::OnAudioEvent(AudioEvent audioEvent) { emit(event("OnAudioEvent", audioEvent)); }
+void OrvaEngineEventHandler::OnAudioEvent(AudioEvent audioEvent) { emit(event(EventId::kOnAudioEvent, audioEvent)); }
 
 // --- Face 8 ------------------------------------------------------------------
 
@@ -299,7 +303,7 @@ void OrvaEngineEventHandler::OnVideoFrame(VideoFrame* frame) {
   using Offer = orva::bridge::FrameSink::Offer;
   Offer offer = state->frames.offer({frame->data, frame->size, frame->width, frame->height, frame->share_handle});
   if (offer == Offer::kIgnored || offer == Offer::kDropped) return;
-  PendingEvent pending = event(orva::bridge::kVideoFrameEvent);
+  PendingEvent pending = event(frame->share_handle != 0 ? EventId::kOnVideoFrameTexture : EventId::kOnVideoFrame);
   pending.frameType = frame->type;
   pending.frameSize = frame->size;
   pending.frameWidth = frame->width;

@@ -2,7 +2,6 @@
 
 #include <node_buffer.h>
 
-#include <cstring>
 #include <vector>
 
 #include "sdk/win/v8_compat.h"
@@ -57,7 +56,8 @@ v8::MaybeLocal<v8::Value> arrayOf(v8::Isolate* isolate, std::vector<v8::Local<v8
 
 bool networkStats(v8::Local<v8::Context> context, const EventPayload& payload, v8::Local<v8::Object> target) {
   const Orva::Rtc::NetworkStats& s = payload.networkStats;
-  Fields set(context, target);
+  // The values in the order of their keys: the integers, the doubles, then
+  // the remote users' entries when there are any.
   const int32_t integers[] = {s.OutBps,           s.InBps,
                               s.OutPps,           s.InPps,
                               s.Status,           s.DownStatus,
@@ -69,24 +69,13 @@ bool networkStats(v8::Local<v8::Context> context, const EventPayload& payload, v
                               s.LiveVideoHeight,  s.LiveVideoSentBytes,
                               s.LiveAudioBitrate, s.LiveAudioSentBytes,
                               s.LiveAudioLevel};
-  static constexpr const char* kIntegerKeys[] = {"OutBps",           "InBps",
-                                                 "OutPps",           "InPps",
-                                                 "Status",           "DownStatus",
-                                                 "UpStatus",         "LiveUpPlr",
-                                                 "LiveDownPlr",      "LiveRtt",
-                                                 "RealtimeUpPlr",    "RealtimeDownPlr",
-                                                 "RealtimeRtt",      "LiveVideoBitrate",
-                                                 "LiveVideoEncFps",  "LiveVideoWidth",
-                                                 "LiveVideoHeight",  "LiveVideoSentBytes",
-                                                 "LiveAudioBitrate", "LiveAudioSentBytes",
-                                                 "LiveAudioLevel"};
-  static_assert(std::size(kIntegerKeys) == std::size(integers));
-  for (size_t i = 0; i < std::size(kIntegerKeys); ++i) set.integer(kIntegerKeys[i], integers[i]);
-  set.number("LiveAudioEnergy", s.LiveAudioEnergy)
-      .number("CpuAppUsage", s.CpuAppUsage)
-      .number("CpuTotalUsage", s.CpuTotalUsage)
-      .number("GpuAppUsage", s.GpuAppUsage)
-      .number("MemoryUsage", s.MemoryUsage);
+  const double numbers[] = {s.LiveAudioEnergy, s.CpuAppUsage, s.CpuTotalUsage, s.GpuAppUsage, s.MemoryUsage};
+  constexpr auto& keys = kNetworkStatsPayloadKeys;
+  static_assert(std::size(integers) + std::size(numbers) + 1 == keys.size());
+  Fields set(context, target);
+  size_t key = 0;
+  for (int32_t value : integers) set.integer(keys[key++], value);
+  for (double value : numbers) set.number(keys[key++], value);
   if (payload.remoteStatistics.empty()) return set.ok();
 
   v8::Isolate* isolate = binding::isolateOf(context);
@@ -95,58 +84,56 @@ bool networkStats(v8::Local<v8::Context> context, const EventPayload& payload, v
   bool complete = true;
   for (const RemoteStatistics& user : payload.remoteStatistics) {
     const Orva::Rtc::OrvaRemoteStatistics& r = user.values;
+    // The user id first. The second (video packet loss) and fifteenth (final
+    // loss) fields are not exported.
+    const uint32_t integers[] = {r.audioPacketLoss,  r.width,
+                                 r.height,           r.frameRate,
+                                 r.videoBitrate,     r.audioSampleRate,
+                                 r.audioBitrate,     r.jitterBufferDelay,
+                                 r.point2PointDelay, r.audioTotalBlockTime,
+                                 r.audioBlockRate,   r.videoTotalBlockTime,
+                                 r.videoBlockRate,   r.streamType};
+    constexpr auto& userKeys = kRemoteStatisticsPayloadKeys;
+    static_assert(std::size(integers) + 1 == userKeys.size());
     v8::Local<v8::Object> entry = v8::Object::New(isolate);
-    // The second (video packet loss) and fifteenth (final loss) fields are not exported.
-    complete = complete && Fields(context, entry)
-                               .text("userId", user.userId)
-                               .integer("audioPacketLoss", static_cast<int32_t>(r.audioPacketLoss))
-                               .integer("width", static_cast<int32_t>(r.width))
-                               .integer("height", static_cast<int32_t>(r.height))
-                               .integer("frameRate", static_cast<int32_t>(r.frameRate))
-                               .integer("videoBitrate", static_cast<int32_t>(r.videoBitrate))
-                               .integer("audioSampleRate", static_cast<int32_t>(r.audioSampleRate))
-                               .integer("audioBitrate", static_cast<int32_t>(r.audioBitrate))
-                               .integer("jitterBufferDelay", static_cast<int32_t>(r.jitterBufferDelay))
-                               .integer("point2PointDelay", static_cast<int32_t>(r.point2PointDelay))
-                               .integer("audioTotalBlockTime", static_cast<int32_t>(r.audioTotalBlockTime))
-                               .integer("audioBlockRate", static_cast<int32_t>(r.audioBlockRate))
-                               .integer("videoTotalBlockTime", static_cast<int32_t>(r.videoTotalBlockTime))
-                               .integer("videoBlockRate", static_cast<int32_t>(r.videoBlockRate))
-                               .integer("streamType", static_cast<int32_t>(r.streamType))
-                               .ok();
+    Fields fill(context, entry);
+    fill.text(userKeys[0], user.userId);
+    for (size_t i = 0; i < std::size(integers); ++i) fill.integer(userKeys[i + 1], static_cast<int32_t>(integers[i]));
+    complete = complete && fill.ok();
     users.push_back(entry);
   }
-  return set.value("remoteStatistics", arrayOf(isolate, users, complete)).ok();
+  return set.value(keys[key], arrayOf(isolate, users, complete)).ok();
 }
 
 bool userVolumes(v8::Local<v8::Context> context, const EventPayload& payload, v8::Local<v8::Object> target) {
   v8::Isolate* isolate = binding::isolateOf(context);
+  constexpr auto& entryKeys = kUserVolumePayloadKeys;
   std::vector<v8::Local<v8::Value>> volumes;
   volumes.reserve(payload.userVolumes.size());
   bool complete = true;
   for (const Orva::Rtc::VolumeInfo& volume : payload.userVolumes) {
     v8::Local<v8::Object> entry = v8::Object::New(isolate);
     complete = complete && Fields(context, entry)
-                               .text("userId", volume.userId)
-                               .integer("microphone_volume", volume.microphone_volume)
-                               .integer("speaker_volume", volume.speaker_volume)
+                               .text(entryKeys[0], volume.userId)
+                               .integer(entryKeys[1], volume.microphone_volume)
+                               .integer(entryKeys[2], volume.speaker_volume)
                                .ok();
     volumes.push_back(entry);
   }
+  constexpr auto& keys = kUserVoiceVolumePayloadKeys;
+  static_assert(entryKeys.size() == 3 && keys.size() == 3);
   return Fields(context, target)
-      .value("userVolumes", arrayOf(isolate, volumes, complete))
-      .integer("userVolumesCount", static_cast<int32_t>(payload.userVolumes.size()))
-      .integer("totalVolume", payload.resultInts[1])
+      .value(keys[0], arrayOf(isolate, volumes, complete))
+      .integer(keys[1], static_cast<int32_t>(payload.userVolumes.size()))
+      .integer(keys[2], payload.resultInts[1])
       .ok();
 }
 
 bool echoResult(v8::Local<v8::Context> context, const EventPayload& payload, v8::Local<v8::Object> target) {
+  constexpr auto& keys = kEchoResultPayloadKeys;
+  static_assert(keys.size() == 5);
   Fields set(context, target);
-  set.integer("networkResult", payload.resultInts[2])
-      .integer("performanceResult", payload.resultInts[3])
-      .integer("performanceReason", payload.resultInts[4])
-      .integer("driverResult", payload.resultInts[5])
-      .integer("driverReason", payload.resultInts[6]);
+  for (size_t i = 0; i < keys.size(); ++i) set.integer(keys[i], payload.resultInts[i + 2]);
   // Details come after the results, so a detail named like a result wins.
   v8::Isolate* isolate = binding::isolateOf(context);
   for (const auto& [key, value] : payload.details) {
@@ -170,20 +157,26 @@ v8::MaybeLocal<v8::String> scriptText(v8::Isolate* isolate, const std::string& v
   return v8::String::NewFromUtf8(isolate, value.data(), v8::NewStringType::kNormal, static_cast<int>(value.size()));
 }
 
-bool fillPayload(v8::Local<v8::Context> context, const char* name, const EventPayload& payload,
+bool fillPayload(v8::Local<v8::Context> context, PayloadKind kind, const EventPayload& payload,
                  v8::Local<v8::Object> target) {
-  if (std::strcmp(name, "OnNetworkStats") == 0) return networkStats(context, payload, target);
-  if (std::strcmp(name, "OnUserVoiceVolume") == 0) return userVolumes(context, payload, target);
-  if (std::strcmp(name, "OnEchoResult") == 0) return echoResult(context, payload, target);
+  switch (kind) {
+    case PayloadKind::kNetworkStats:
+      return networkStats(context, payload, target);
+    case PayloadKind::kUserVolumes:
+      return userVolumes(context, payload, target);
+    case PayloadKind::kEchoResult:
+      return echoResult(context, payload, target);
+    case PayloadKind::kNone:
+    case PayloadKind::kVideoFrame:
+      break;
+  }
   return true;
 }
 
 v8::MaybeLocal<v8::Object> framePayload(v8::Local<v8::Context> context, const PendingEvent& event,
-                                        const FrameSink& frames, std::array<v8::Global<v8::String>, 16>& keys) {
-  static constexpr const char* kKeys[] = {"type",  "data",   "id",      "userId",  "valid",   "size",
-                                          "width", "height", "strideY", "strideU", "strideV", "dataY",
-                                          "dataU", "dataV",  "extra",   "handle"};
-  static_assert(std::size(kKeys) == std::tuple_size_v<std::remove_reference_t<decltype(keys)>>);
+                                        const FrameSink& frames,
+                                        std::array<v8::Global<v8::String>, kVideoFramePayloadKeys.size()>& keys) {
+  constexpr auto& kKeys = kVideoFramePayloadKeys;
   v8::Isolate* isolate = binding::isolateOf(context);
   // A payload is built for every frame: its keys are made once.
   if (keys[0].IsEmpty()) {
@@ -213,6 +206,7 @@ v8::MaybeLocal<v8::Object> framePayload(v8::Local<v8::Context> context, const Pe
       v8::Integer::New(isolate, event.frameExtra),
       v8::Number::New(isolate, static_cast<double>(event.frameHandle)),
   };
+  static_assert(std::size(values) == kKeys.size());
   v8::Local<v8::Object> payload = v8::Object::New(isolate);
   Fields set(context, payload);
   for (size_t i = 0; i < std::size(kKeys); ++i) set.value(keys[i].Get(isolate), values[i]);

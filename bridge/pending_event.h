@@ -8,13 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "events_autogen.h"
 #include "orva/records.h"
 
 namespace orva::bridge {
-
-/// The name every frame event is pushed with. The drain tells frames from
-/// the other events by this one address rather than by comparing text.
-inline constexpr char kVideoFrameEvent[] = "OnVideoFrame";
 
 /// A remote user's statistics with its own copy of the user id: nothing of
 /// the engine's memory is kept once the callback returns.
@@ -23,33 +20,34 @@ struct RemoteStatistics {
   Orva::Rtc::OrvaRemoteStatistics values;  // `values.userId` stays null
 };
 
-/// The structured part of the three events that carry one. Allocated only
-/// for them, so that every other event stays small to move.
+/// The engine's records behind a network-statistics, user-volumes or
+/// echo-result payload (PayloadKind). Allocated only for those events, so
+/// that every other event stays small to move.
 struct EventPayload {
-  /// "OnNetworkStats": the record's own fields (its lists left empty) and the
-  /// remote users' entries in list order.
+  /// Network statistics: the record's own fields (its lists left empty) and
+  /// the remote users' entries in list order.
   Orva::Rtc::NetworkStats networkStats;
   std::vector<RemoteStatistics> remoteStatistics;
-  /// "OnUserVoiceVolume": the users' volumes in list order.
+  /// User volumes: the users' volumes in list order.
   std::vector<Orva::Rtc::VolumeInfo> userVolumes;
-  /// "OnUserVoiceVolume": slots 0 and 1 (the total volume); "OnEchoResult":
-  /// slots 2 to 6 (network, performance and its reason, driver and its reason).
+  /// User volumes: slots 0 and 1 (the total volume); echo result: slots 2 to
+  /// 6 (network, performance and its reason, driver and its reason).
   std::array<int32_t, 7> resultInts{};
-  /// "OnEchoResult": the result's details, in key order.
+  /// Echo result: the result's details, in key order.
   std::map<std::string, std::string> details;
 };
 
 /// One queued engine event. Built zeroed; a listener sets only what its
 /// event uses. Events move through the queue and are never copied.
 struct PendingEvent {
-  /// The event's name: a literal that lives as long as the module.
-  const char* name = "";
+  /// Which event this is; its name and payload kind follow from it.
+  EventId id{};
   int32_t int1 = 0;
   int32_t int2 = 0;
   int32_t int3 = 0;
   std::string str1;
   std::string str2;
-  /// Metadata of an "OnVideoFrame"; a non-zero handle marks a texture frame.
+  /// Metadata of a frame event; a non-zero handle marks a texture frame.
   int32_t frameType = 0;
   int32_t frameSize = 0;
   int32_t frameWidth = 0;
@@ -59,7 +57,7 @@ struct PendingEvent {
   int32_t strideV = 0;
   int32_t frameExtra = 0;
   uint64_t frameHandle = 0;
-  /// Only "OnNetworkStats", "OnUserVoiceVolume" and "OnEchoResult" have one.
+  /// Only events of those three payload kinds have one.
   std::unique_ptr<EventPayload> payload;
 };
 

@@ -5,23 +5,18 @@
 #include <cstdint>
 #include <string>
 
-#include "facade/orva_engine_wrapper.h"
-#include "sdk/win/convert.h"
+#include "orva/engine.h"
 #include "sdk/win/v8_compat.h"
 #include "wrapper_state.h"
 
 namespace orva::bridge {
 namespace {
 
-WrapperState* processState() {
-  auto* wrapper = Orva::Rtc::OrvaEngineWrapper::createOrvaEngine();
-  return wrapper->eventHandler()->state.get();
-}
-
 // What script asked to register, read in full before any of it is used.
 struct Registration {
   v8::Local<v8::Value> buffer;
-  double id = 0;
+  /// Truncated toward zero, NaN as 0, saturated at the ends of the range.
+  int64_t id = 0;
   std::string userId;
   int32_t width = 0;
   int32_t height = 0;
@@ -40,7 +35,7 @@ bool readRegistration(v8::Local<v8::Context> context, v8::Local<v8::Object> opti
   int32_t ignored = 0;
   bool read =
       get(v8::String::NewFromUtf8Literal(isolate, "buffer"), out.buffer) &&
-      get(v8::String::NewFromUtf8Literal(isolate, "id"), value) && value->NumberValue(context).To(&out.id) &&
+      get(v8::String::NewFromUtf8Literal(isolate, "id"), value) && value->IntegerValue(context).To(&out.id) &&
       get(userIdKey, value) && value->ToString(context).ToLocal(&userId) &&
       // "userId" is read a second time as a number; its value is not used.
       get(userIdKey, value) && value->Int32Value(context).To(&ignored) &&
@@ -83,7 +78,7 @@ void commit(ScriptLink& link, const Registration& registration) {
       link.registeredBuffer.Reset(link.isolate, arrayBuffer);
     }
   }
-  frames.renderId = orva::binding::integerValue(registration.id);
+  frames.renderId = registration.id;
   frames.renderUserId = registration.userId;
   frames.renderWidth = registration.width;
   frames.renderHeight = registration.height;
@@ -92,21 +87,14 @@ void commit(ScriptLink& link, const Registration& registration) {
 
 }  // namespace
 
-void setCallback(const v8::FunctionCallbackInfo<v8::Value>& info) {
-  v8::Isolate* isolate = info.GetIsolate();
-  auto* wrapper = Orva::Rtc::OrvaEngineWrapper::createOrvaEngine();
-  WrapperState* state = wrapper->eventHandler()->state.get();
+void bindScriptHandler(WrapperState* state, v8::Isolate* isolate, v8::Local<v8::Value> handler) {
   // After the environment's 'exit' no handler can run any more: nothing to bind.
   ScriptLink* link = state != nullptr ? liveLink(*state, isolate) : nullptr;
-  if (link != nullptr) bindHandler(*link, info[0]);
-  wrapper->adoptEngine();
+  if (link != nullptr) bindHandler(*link, handler);
 }
 
-void setVideoFrameRenderBuffer(const v8::FunctionCallbackInfo<v8::Value>& info) {
-  WrapperState* state = processState();
+void registerRenderBuffer(WrapperState* state, v8::Isolate* isolate, v8::Local<v8::Value> options) {
   if (state == nullptr) return;
-  v8::Isolate* isolate = info.GetIsolate();
-  v8::Local<v8::Value> options = info[0];
   ScriptLink* link = liveLink(*state, isolate);
   if (!options->IsObject() || link == nullptr) {
     FrameSink& frames = state->frames;

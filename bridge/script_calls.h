@@ -1,19 +1,22 @@
-// The wrapper's two hand-written script methods, registered on
-// `OrvaEngineWrapper` through the same tables as its generated members.
+// What the wrapper's two hand-written script methods do in the bridge. The
+// methods themselves, which find the wrapper, are the facade's.
 #pragma once
 
 #include <v8.h>
 
 namespace orva::bridge {
 
-/// `setCallback(handler)`: the one script function that receives every
-/// engine event, as handler(name, int1, int2, int3, str1, str2, payload).
-/// It always binds the event handler of the process-wide wrapper.
-void setCallback(const v8::FunctionCallbackInfo<v8::Value>& info);
+struct WrapperState;
 
-/// `setVideoFrameRenderBuffer({buffer, id, userId, width, height})`: the
-/// buffer that frames of that size are copied into; undefined or null
-/// clears it.
-void setVideoFrameRenderBuffer(const v8::FunctionCallbackInfo<v8::Value>& info);
+/// Makes `handler` the one script function of `isolate`'s environment that
+/// receives every event of `state`, as handler(name, int1, int2, int3, str1,
+/// str2, payload). Nothing without a state, or after the environment's 'exit'.
+void bindScriptHandler(WrapperState* state, v8::Isolate* isolate, v8::Local<v8::Value> handler);
+
+/// Reads `options` ({buffer, id, userId, width, height}) and makes its buffer
+/// the one that frames of that size are copied into; anything but an object
+/// clears the registration. Nothing without a state. What script's getters
+/// and conversions throw is left for script.
+void registerRenderBuffer(WrapperState* state, v8::Isolate* isolate, v8::Local<v8::Value> options);
 
 }  // namespace orva::bridge

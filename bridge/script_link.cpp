@@ -32,10 +32,7 @@ void endLink(ScriptLink& link) {
   state.frames.lock();
   forgetRegisteredBuffer(link);
   state.frames.unlock();
-  for (auto& slot : link.names) {
-    slot.text.Reset();
-    slot.name = nullptr;
-  }
+  for (auto& name : link.names) name.Reset();
   for (auto& key : link.frameKeys) key.Reset();
   link.callback.Reset();
   link.probe.Reset();

@@ -19,6 +19,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "events_autogen.h"
+
 namespace orva::bridge {
 
 struct WrapperState;
@@ -52,15 +54,10 @@ struct ScriptLink {
   v8::Global<v8::ArrayBuffer> registeredBuffer;
   std::shared_ptr<v8::BackingStore> bufferStore;
 
-  /// Event names as script strings, made once per name: slots picked by the
-  /// address of the name's literal; a collision just makes it again.
-  struct NameSlot {
-    const char* name = nullptr;
-    v8::Global<v8::String> text;
-  };
-  std::array<NameSlot, 64> names;
+  /// Event names as script strings, by EventId, each made when first used.
+  std::array<v8::Global<v8::String>, kEventCount> names;
   /// The keys of a frame's payload, made once.
-  std::array<v8::Global<v8::String>, 16> frameKeys;
+  std::array<v8::Global<v8::String>, kVideoFramePayloadKeys.size()> frameKeys;
 
   /// Wakes the drain; initialised when the link is made, its data field
   /// pointing back here. Engine threads send on it only through the queue,

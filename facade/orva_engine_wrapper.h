@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "facade/event_handler.h"
+#include "bridge/event_handler.h"
 #include "orva/sdk.h"
 
 namespace Orva::Rtc {

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Compiles every source of the addon itself for Windows, syntax only: the
-# binding runtime with the wrappers generated from orva.api, the bridge, the
-# facade and the diagnostics, with _WIN32 and the Windows side of the Node.js
-# and libuv headers in force. The MinGW-w64 compiler of the posix thread
+# binding runtime with the wrappers generated from orva.api, the bridge with
+# its event table generated from events.desc, the facade and the
+# diagnostics, with _WIN32 and the Windows side of the Node.js and libuv
+# headers in force. The MinGW-w64 compiler of the posix thread
 # model stands in for MSVC (std::thread and std::mutex need it); the headers
 # are Node.js 20's from the npm registry, which unlike the system's carry
 # uv/win.h. Linking needs MSVC and node.lib, which this machine does not have.
@@ -19,6 +20,7 @@ NODE_INCLUDE=$(node -p "require('./scripts/lib/node-dist').nodeDist(20, 'build-c
 OUT=$(mktemp -d)
 trap 'rm -rf "$OUT"' EXIT
 PYTHONPATH="$ROOT/tools" python3 -m bindgen sdk/win/orva.api "$OUT/generated"
+PYTHONPATH="$ROOT/tools" python3 -m bindgen.events bridge/events.desc --header "$OUT/generated/events_autogen.h"
 
 # The include folders and definitions of the CMake targets these belong to.
 sources=(sdk/win/*.cpp "$OUT"/generated/*.cpp bridge/*.cpp facade/*.cpp diagnostics/*.cpp)

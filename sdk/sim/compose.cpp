@@ -1,6 +1,7 @@
 #include "compose.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 namespace orva::loopback {
@@ -8,9 +9,9 @@ namespace orva::loopback {
 namespace rtc = Orva::Rtc;
 
 Yuv rgbToYuv(uint32_t rgb) {
-  const int r = (rgb >> 16) & 0xff;
-  const int g = (rgb >> 8) & 0xff;
-  const int b = rgb & 0xff;
+  const int r = static_cast<int>((rgb >> 16) & 0xff);
+  const int g = static_cast<int>((rgb >> 8) & 0xff);
+  const int b = static_cast<int>(rgb & 0xff);
   auto clamp = [](int value) { return static_cast<uint8_t>(std::clamp(value, 0, 255)); };
   return {clamp(16 + ((66 * r + 129 * g + 25 * b + 128) >> 8)), clamp(128 + ((-38 * r - 74 * g + 112 * b + 128) >> 8)),
           clamp(128 + ((112 * r - 94 * g - 18 * b + 128) >> 8))};
@@ -47,7 +48,9 @@ SourceKind kindOf(rtc::LocalMediaTranscodingSourceType type) {
   }
 }
 
-std::string idOf(const rtc::LocalMediaTranscodingSource& s) {
+}  // namespace
+
+std::string sourceId(const rtc::LocalMediaTranscodingSource& s) {
   switch (s.sourceType) {
     case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen:
       return s.screenSourceId;
@@ -60,8 +63,6 @@ std::string idOf(const rtc::LocalMediaTranscodingSource& s) {
   }
 }
 
-}  // namespace
-
 Layout planLayout(const std::vector<rtc::LocalMediaTranscodingSource>& sources, const rtc::VideoEncParam& encoder,
                   uint32_t canvasColor) {
   Layout layout;
@@ -73,7 +74,7 @@ Layout planLayout(const std::vector<rtc::LocalMediaTranscodingSource>& sources, 
   for (const auto& s : sources) {
     PlacedSource placed;
     placed.kind = kindOf(s.sourceType);
-    placed.id = idOf(s);
+    placed.id = sourceId(s);
     placed.zOrder = s.zOrder;
     placed.originX = s.rect.x;
     placed.originY = s.rect.y;
@@ -121,13 +122,13 @@ void Composer::prepare(const Layout& layout) {
       const int bar = std::max(2, evenDown(s.width / 8));
       p.period = bar * 8;
       // Long enough for any visible offset plus any shift within a period.
-      const size_t length = static_cast<size_t>(s.width + p.period + 2);
+      const size_t length = static_cast<size_t>(s.width) + static_cast<size_t>(p.period) + 2;
       fillRow(p.rows[0].y, length, p.period, [&](int x) { return rgbToYuv(kBars[x / bar]).y; });
       fillRow(p.rows[0].u, length / 2 + 1, p.period / 2, [&](int x) { return rgbToYuv(kBars[2 * x / bar]).u; });
       fillRow(p.rows[0].v, length / 2 + 1, p.period / 2, [&](int x) { return rgbToYuv(kBars[2 * x / bar]).v; });
     } else {
       p.period = 2 * kScreenCell;
-      const size_t length = static_cast<size_t>(s.width + 2);
+      const size_t length = static_cast<size_t>(s.width) + 2;
       for (int r = 0; r < 2; ++r) {
         auto tone = [&](int x, int cell) { return rgbToYuv(kScreenTones[(x / cell + r) % 2]); };
         fillRow(p.rows[r].y, length, p.period, [&](int x) { return tone(x, kScreenCell).y; });
@@ -149,8 +150,9 @@ void Composer::compose(uint32_t counter, uint8_t* i420) const {
 
 void Composer::drawSource(const PlacedSource& s, const Pattern& p, uint32_t counter, uint8_t* i420) const {
   if (s.x1 <= s.x0 || s.y1 <= s.y0) return;
-  const int w = layout_.width;
-  const int h = layout_.height;
+  // Offsets into the planes are computed in the pointer's own width.
+  const std::ptrdiff_t w = layout_.width;
+  const std::ptrdiff_t h = layout_.height;
   uint8_t* planeY = i420;
   uint8_t* planeU = i420 + w * h;
   uint8_t* planeV = planeU + w * h / 4;

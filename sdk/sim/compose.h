@@ -25,6 +25,8 @@ struct Yuv {
 
 // 0xRRGGBB to limited-range BT.601.
 Yuv rgbToYuv(uint32_t rgb);
+// What names a transcoding source: its camera, screen, image path or user.
+std::string sourceId(const Orva::Rtc::LocalMediaTranscodingSource& source);
 // A stable colour for an image path: the loopback draws images as solid
 // blocks of this colour.
 uint32_t imageColour(std::string_view path);

@@ -36,6 +36,8 @@ const Item* itemById(const std::vector<Item>& items, int id) {
 
 // The members every list shares: construction, deep copy, assignment,
 // destruction (each counted) and Size.
+// The macro's arguments name types, which parentheses would break.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define ORVA_LIST_COMMON(List, Item)                                                        \
   struct List::Impl {                                                                       \
     std::vector<Item> items;                                                                \
@@ -51,6 +53,8 @@ const Item* itemById(const std::vector<Item>& items, int id) {
     return *this;                                                                           \
   }                                                                                         \
   int List::Size() { return static_cast<int>(impl_->items.size()); }
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 ORVA_LIST_COMMON(SpeakerList, Speaker)
 const Speaker* SpeakerList::Get(int index) { return itemAt(impl_->items, index); }

@@ -2,22 +2,11 @@
 
 #include <algorithm>
 
+#include "compose.h"
+
 namespace orva::loopback {
 
 namespace {
-
-std::string sourceId(const rtc::LocalMediaTranscodingSource& s) {
-  switch (s.sourceType) {
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen:
-      return s.screenSourceId;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceImage:
-      return s.imagePath;
-    case rtc::kLocalMediaTranscodingSourceType_MediaSourceRemoteVideo:
-      return s.userId;
-    default:
-      return s.cameraDeviceId;
-  }
-}
 
 bool sameSource(const rtc::LocalMediaTranscodingSource& a, const rtc::LocalMediaTranscodingSource& b) {
   return a.sourceType == b.sourceType && sourceId(a) == sourceId(b);

@@ -82,8 +82,9 @@ void VideoPump::run() {
     frame.strideY = w;
     frame.strideU = frame.strideV = w / 2;
     frame.dataY = buffer.data();
-    frame.dataU = buffer.data() + w * h;
-    frame.dataV = buffer.data() + w * h + w * h / 4;
+    const size_t lumaBytes = static_cast<size_t>(w) * static_cast<size_t>(h);
+    frame.dataU = buffer.data() + lumaBytes;
+    frame.dataV = buffer.data() + lumaBytes + lumaBytes / 4;
     frame.extra = counter;
     registry_.invoke<rtc::VideoFrameProcessor>([&](rtc::VideoFrameProcessor* p) {
       if (p != announcedTo || w != announcedWidth || h != announcedHeight) {

@@ -154,8 +154,9 @@ void equalsMethod(const v8::FunctionCallbackInfo<v8::Value>& info) {
   v8::Isolate* isolate = info.GetIsolate();
   if (info.Length() != 1) return throwError(isolate, "Illegal number of arguments for equals.");
   void* self = nullptr;
-  if (pointerOf(info.This(), &self) < 0)
+  if (pointerOf(info.This(), &self) < 0) {
     return throwError(isolate, "Could not get pointer from 'this' object for equals.");
+  }
   void* other = nullptr;
   if (pointerOf(info[0], &other) < 0) return throwError(isolate, "in method 'equals', argument 1 of type 'void *'");
   info.GetReturnValue().Set(self == other);

@@ -65,8 +65,9 @@ v8::Local<v8::Value> ownedCopies(v8::Isolate* isolate, const std::vector<T>& val
 /// no longer backs it (then the record forgets it for good).
 void* borrowedPointer(ProxyRecord* record);
 inline void* livePointer(ProxyRecord* record) {
-  if (record->owner == nullptr) [[likely]]
+  if (record->owner == nullptr) [[likely]] {
     return record->ptr;
+  }
   return borrowedPointer(record);
 }
 

@@ -21,7 +21,7 @@
 namespace orva::binding {
 
 namespace arena {
-uintptr_t gBase = 0;
+char* gBase = nullptr;
 size_t gUsedBytes = 0;
 }  // namespace arena
 
@@ -42,7 +42,7 @@ std::vector<void*> gFreeSlots;
 void reserve() {
   for (size_t bytes : kReservations) {
     if (void* base = platform::reserveAddressSpace(bytes)) {
-      arena::gBase = reinterpret_cast<uintptr_t>(base);
+      arena::gBase = static_cast<char*>(base);
       gReservedBytes = bytes;
       return;
     }
@@ -61,8 +61,7 @@ void* allocateRecordSlot() {
   }
   if (gReservedBytes == 0) reserve();
   if (arena::gUsedBytes == gCommittedBytes) {
-    if (gCommittedBytes == gReservedBytes ||
-        !platform::commitMemory(reinterpret_cast<void*>(arena::gBase + gCommittedBytes), kCommitStep)) {
+    if (gCommittedBytes == gReservedBytes || !platform::commitMemory(arena::gBase + gCommittedBytes, kCommitStep)) {
       throw std::bad_alloc();
     }
     gCommittedBytes += kCommitStep;
@@ -71,7 +70,7 @@ void* allocateRecordSlot() {
   // giving it back can then never fail.
   const size_t slots = arena::gUsedBytes / arena::kSlotBytes + 1;
   if (gFreeSlots.capacity() < slots) gFreeSlots.reserve(std::max(slots, 2 * gFreeSlots.capacity()));
-  void* slot = reinterpret_cast<void*>(arena::gBase + arena::gUsedBytes);
+  void* slot = arena::gBase + arena::gUsedBytes;
   arena::gUsedBytes += arena::kSlotBytes;
   return slot;
 }

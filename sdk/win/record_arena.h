@@ -23,7 +23,7 @@ inline constexpr size_t kSlotBytes = 64;
 static_assert(sizeof(ProxyRecord) <= kSlotBytes, "a record fits its slot");
 
 /// Start of the reservation and how much of it holds slots handed out so far.
-extern uintptr_t gBase;
+extern char* gBase;
 extern size_t gUsedBytes;
 }  // namespace arena
 
@@ -40,14 +40,14 @@ void freeRecordSlot(void* slot);
 template <class Visit>
 void forEachRecordSlot(Visit&& visit) {
   for (size_t offset = 0; offset < arena::gUsedBytes; offset += arena::kSlotBytes) {
-    visit(reinterpret_cast<void*>(arena::gBase + offset));
+    visit(static_cast<void*>(arena::gBase + offset));
   }
 }
 
 /// Whether `pointer` is the start of a slot of the arena, so that reading a
 /// record there is safe (a free slot reads a tag of zero).
 inline bool isRecordSlot(const void* pointer) {
-  const uintptr_t offset = reinterpret_cast<uintptr_t>(pointer) - arena::gBase;
+  const uintptr_t offset = reinterpret_cast<uintptr_t>(pointer) - reinterpret_cast<uintptr_t>(arena::gBase);
   return offset < arena::gUsedBytes && (offset & (arena::kSlotBytes - 1)) == 0;
 }
 

@@ -20,7 +20,6 @@ enum Result : int {
   kOverflow = -7,          ///< value outside the target type's range
   kNullReference = -13,    ///< null where null is refused
   kReleaseRefused = -200,  ///< release of an object the script side does not own
-  kNewMemory = 512,        ///< success; the converter allocated (text only)
 };
 
 /// Ownership flags of pointer conversion.

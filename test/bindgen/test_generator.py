@@ -64,6 +64,8 @@ class MalformedDescriptionTest(unittest.TestCase):
         ("unknown base", "class A : B\n    new()\n", LinkError, "unknown base class B"),
         ("bad attribute", "class A\n    new()\n    void F() shiny\n", DescriptionError, ":8: unknown attribute 'shiny'"),
         ("indent outside", "    void F()\n", DescriptionError, ":6: indented line outside"),
+        ("default value written", "class A\n    new()\n    void F(int x = 2)\n", DescriptionError,
+         ":8: 'int x = 2': write `optional`"),
         ("disown of a number", "class A\n    new()\n    void F(int x disown)\n", LinkError, "disown applies"),
         ("element without holds", "class A\n    new()\n    Orva::Rtc::A * F() element\n", LinkError, "class with 'holds'"),
         ("holds without element", "class A\n    new()\n    holds true\n    Orva::Rtc::A * F()\n", LinkError,
@@ -91,7 +93,7 @@ class NamesTest(unittest.TestCase):
         self.assertIn("_p_std__vectorT_demo__Point_t", mangled)
         self.assertIn("_p_signed_char", mangled)
 
-    def test_default_arguments_expand_into_numbered_overloads(self):
+    def test_optional_arguments_expand_into_numbered_overloads(self):
         linked = link(parse(FIXTURE), FIXTURE)
         shape = next(c for c in linked.classes if c.cls.name == "Shape")
         area = next(m for m in shape.methods if m.name == "Area")

@@ -13,7 +13,7 @@ namespace {
 
 PendingEvent numbered(int producer, int sequence) {
   PendingEvent event;
-  event.name = "OnPlayFilePosChanged";
+  event.id = EventId::kOnPlayFilePosChanged;
   event.int1 = producer;
   event.int2 = sequence;
   return event;

@@ -23,10 +23,19 @@ std::vector<napi_value> argsOf(napi_env env, napi_callback_info info) {
 }
 
 napi_value Journal(napi_env env, napi_callback_info) { return fromStrings(env, control::journal()); }
-napi_value ClearJournal(napi_env env, napi_callback_info) { return control::clearJournal(), undefined(env); }
+napi_value ClearJournal(napi_env env, napi_callback_info) {
+  control::clearJournal();
+  return undefined(env);
+}
 napi_value LogLines(napi_env env, napi_callback_info) { return fromStrings(env, control::logLines()); }
-napi_value ClearLogLines(napi_env env, napi_callback_info) { return control::clearLogLines(), undefined(env); }
-napi_value ClearCrashReports(napi_env env, napi_callback_info) { return control::clearCrashReports(), undefined(env); }
+napi_value ClearLogLines(napi_env env, napi_callback_info) {
+  control::clearLogLines();
+  return undefined(env);
+}
+napi_value ClearCrashReports(napi_env env, napi_callback_info) {
+  control::clearCrashReports();
+  return undefined(env);
+}
 
 napi_value CrashReports(napi_env env, napi_callback_info) {
   const auto reports = control::crashReports();
@@ -108,7 +117,10 @@ napi_value RaiseConcurrently(napi_env env, napi_callback_info info) {
       env, control::raiseConcurrently(propInt(env, options, "threads", 1), propInt(env, options, "perThread", 1)));
 }
 
-napi_value JoinRaisers(napi_env env, napi_callback_info) { return control::joinRaisers(), undefined(env); }
+napi_value JoinRaisers(napi_env env, napi_callback_info) {
+  control::joinRaisers();
+  return undefined(env);
+}
 
 napi_value Init(napi_env env, napi_value exports) {
   const napi_property_descriptor functions[] = {

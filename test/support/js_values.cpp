@@ -211,8 +211,9 @@ napi_value fromString(napi_env env, const std::string& text) {
 napi_value fromStrings(napi_env env, const std::vector<std::string>& texts) {
   napi_value array;
   napi_create_array_with_length(env, texts.size(), &array);
-  for (size_t i = 0; i < texts.size(); ++i)
+  for (size_t i = 0; i < texts.size(); ++i) {
     napi_set_element(env, array, static_cast<uint32_t>(i), fromString(env, texts[i]));
+  }
   return array;
 }
 

@@ -5,16 +5,17 @@ import orva = require('../..');
 const engine = orva.OrvaEngineWrapper.createOrvaEngine();
 if (engine === null) throw new Error('no engine');
 
+// The event's name narrows every other argument, with no cast.
 const handler: orva.OrvaEventHandler = (name, int1, int2, int3, str1, str2, payload) => {
   if (name === 'OnNetworkStats') {
-    const stats = payload as orva.NetworkStatsPayload;
-    const rtt: number = stats.RealtimeRtt;
-    const first: string | undefined = stats.remoteStatistics?.[0]?.userId;
-    console.log(rtt, first);
-  } else if (name === 'OnVideoFrame') {
-    const frame = payload as orva.VideoFramePayload;
-    const valid: boolean = frame.valid;
-    console.log(valid, frame.width * frame.height);
+    const rtt: number = payload.RealtimeRtt;
+    const first: string | undefined = payload.remoteStatistics?.[0]?.userId;
+    const unused: 0 = int1;
+    console.log(rtt, first, unused);
+  } else if (name === 'OnSessionStateChanged') {
+    const state: orva.MediaSessionState = int1;
+    const session: string = str1;
+    console.log(state === orva.Joined, session);
   }
   console.log(name, int1 + int2 + int3, str1.length + str2.length);
 };

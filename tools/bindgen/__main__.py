@@ -1,9 +1,11 @@
 """Generates the binding from an interface description.
 
     python3 -m bindgen <description> <output folder> [--dts <file>] [--dts-extra <file>]
+    python3 -m bindgen <description> --outputs
 
 Writes the C++ sources (see render_cpp) into the output folder and the
-declarations where asked. Fails with the description's file and line on any
+declarations where asked; with --outputs, only prints the names of the C++
+sources it would write, one per line, for the build to compile. Fails with the description's file and line on any
 error, writing nothing.
 """
 from __future__ import annotations
@@ -25,7 +27,8 @@ def write(path: str, text: str) -> None:
 def main(argv: list[str]) -> int:
     parser = argparse.ArgumentParser(prog="bindgen")
     parser.add_argument("description")
-    parser.add_argument("output")
+    parser.add_argument("output", nargs="?")
+    parser.add_argument("--outputs", action="store_true", help="print the names of the C++ sources and stop")
     parser.add_argument("--dts", help="where to write the TypeScript declarations")
     parser.add_argument("--dts-extra", help="hand-written declarations appended to the generated ones")
     args = parser.parse_args(argv)
@@ -34,6 +37,11 @@ def main(argv: list[str]) -> int:
     except (DescriptionError, LinkError) as error:
         print(f"bindgen: {error}", file=sys.stderr)
         return 1
+    if args.outputs:
+        print("\n".join(render_cpp.output_names(linked)))
+        return 0
+    if not args.output:
+        parser.error("the output folder is required")
     os.makedirs(args.output, exist_ok=True)
     for name, text in render_cpp.render(linked).items():
         write(os.path.join(args.output, name), text)

@@ -45,7 +45,7 @@ class Descriptor:
 
 @dataclass
 class Signature:
-    """One callable signature (defaults expanded) of a registered member."""
+    """One callable signature (optional parameters left out) of a registered member."""
     function: Function
     params: list[Param]
     suffix: str = ""
@@ -163,7 +163,7 @@ class Linker:
         for function in functions:
             params = list(function.params)
             out.append(Signature(function, params))
-            while params and params[-1].default is not None:
+            while params and params[-1].optional:
                 params = params[:-1]
                 out.append(Signature(function, params))
         if len(out) > 1:

@@ -86,7 +86,7 @@ class Alias:
 class Param:
     written: str             # declared type as the interface writes it
     name: Optional[str]
-    default: Optional[str]   # C++ default; the member gets a signature without it
+    optional: bool           # script may leave it out: the member gets a signature without it
     disown: bool             # the native side takes the object over
     ref: Optional["TypeRef"] = None
 

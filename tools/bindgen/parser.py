@@ -22,11 +22,12 @@ binding knows; indented lines below `enum` and `class` declare their contents:
         static Orva::Rtc::OrvaEngine * SDK() borrowed
         std::string toString() const call orva::diagnostics::text(*self)
         field x int
-        native setCallback orva::bridge::setCallback ts "(handler: EventHandler): void"
+        native setCallback orva::facade::setCallback ts "(handler: EventHandler): void"
         dispatcher Initialize
 
-Parameters are written types, optionally followed by a name, `= default`
-and `disown`. Member attributes after the parameter list: `const`, an
+Parameters are written types, optionally followed by a name and the words
+`optional` (script may leave it out; its value is the C++ declaration's
+default, which the description does not repeat) and `disown`. Member attributes after the parameter list: `const`, an
 ownership policy (model.Ownership: `owned`, `borrowed`, `element`, `array`),
 and `call <C++ expression>` (last), where `self` is the receiver and `arg2`,
 `arg3`, ... the converted arguments. Whatever a native call throws reaches
@@ -93,20 +94,21 @@ def _normalize(written: str) -> str:
 
 
 def parse_param(text: str) -> Param:
-    disown = False
+    """One parameter; ValueError when it is written with a default value."""
     tokens = text.split()
-    if tokens and tokens[-1] == "disown":
-        disown = True
-        text = " ".join(tokens[:-1])
-    default = None
-    if "=" in text:
-        text, default = (part.strip() for part in text.split("=", 1))
-    tokens = text.split()
+    disown = bool(tokens) and tokens[-1] == "disown"
+    if disown:
+        tokens = tokens[:-1]
+    optional = bool(tokens) and tokens[-1] == "optional"
+    if optional:
+        tokens = tokens[:-1]
+    if "=" in tokens or any("=" in token for token in tokens):
+        raise ValueError(f"'{text.strip()}': write `optional`, the default value is the C++ declaration's")
     name = None
     if len(tokens) >= 2 and _NAME.match(tokens[-1]) and tokens[-1] not in _TYPE_WORDS:
         name = tokens[-1]
         tokens = tokens[:-1]
-    return Param(written=_normalize(" ".join(tokens)), name=name, default=default, disown=disown)
+    return Param(written=_normalize(" ".join(tokens)), name=name, optional=optional, disown=disown)
 
 
 def _matching_paren(text: str, open_index: int) -> int:
@@ -246,8 +248,11 @@ class Parser:
             if not match:
                 self.fail(number, f"bad member head '{head}'")
             name, returns = match["name"], _normalize(match["ret"])
-        function = Function(kind=kind, name=name, returns=returns,
-                            params=[parse_param(part) for part in _split_top(params)], line=number)
+        try:
+            parsed = [parse_param(part) for part in _split_top(params)]
+        except ValueError as error:
+            self.fail(number, str(error))
+        function = Function(kind=kind, name=name, returns=returns, params=parsed, line=number)
         tail = tail.strip()
         if " call " in f" {tail} ":
             tail, _, expression = f" {tail} ".partition(" call ")

@@ -2,7 +2,8 @@
 import orva, { OrvaEngineWrapper, Settings, Joined, type OrvaEventHandler } from 'orva-engine';
 
 const engine = OrvaEngineWrapper.createOrvaEngine();
-const handler: OrvaEventHandler = (name, state) => {
+// The name narrows the arguments after it; a rest parameter takes the rest.
+const handler: OrvaEventHandler = (name, state, ..._rest) => {
   if (name === 'OnSessionStateChanged' && state === Joined) engine?.exitRoom();
 };
 engine?.setCallback(handler);

@@ -1,7 +1,7 @@
-#include "facade/event_handler.h"
+#include "event_handler.h"
 
-#include "bridge/wrapper_state.h"
 #include "diagnostics/engine_calls.h"
+#include "wrapper_state.h"
 
 namespace Orva::Rtc {
 

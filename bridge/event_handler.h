@@ -1,7 +1,7 @@
 // The listener the wrapper hands to the engine: the engine's seven listener
 // faces plus a frame processor, in this order of bases. Its overrides run on
 // engine threads; each turns its call into one queued event for script
-// (bridge/listener_callbacks.cpp), so none of them touches a script value.
+// (listener_callbacks.cpp), so none of them touches a script value.
 #pragma once
 
 #include <atomic>
