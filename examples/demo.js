@@ -68,6 +68,7 @@ async function run(seconds, outputDir) {
       `screen "${devices.screen.name}", camera "${devices.camera.name}" and ${path.basename(imagePath)} ` +
       `at ${CANVAS.width}x${CANVAS.height}, ${CANVAS.fps} fps`);
     console.log(' time | frames since the last line | latest network statistics | events since the last line');
+    console.log('        (dropped: frames the engine made while script held the buffer; the copy never waits)');
 
     check(engine.enterRoom(ROOM, null), 'enterRoom');
     engine.publishAudio(orva.MicrophoneSource);

@@ -26,7 +26,7 @@ class Meter {
 
   /** One line for what happened since the last one; the counts start again. */
   line(label) {
-    const frames = `frames ${this.#delivered} ok ${this.#invalid} invalid ${this.#dropped} dropped`;
+    const frames = `frames ok ${this.#delivered} invalid ${this.#invalid} dropped ${this.#dropped}`;
     const events = [...this.#events].map(([name, count]) => (count > 1 ? `${name} x${count}` : name));
     this.#events.clear();
     this.#delivered = this.#invalid = this.#dropped = 0;
@@ -40,7 +40,7 @@ const mbits = (bitsPerSecond) => `${(bitsPerSecond / 1e6).toFixed(2)} Mbit/s`;
 function network(stats) {
   if (!stats) return 'no network statistics yet';
   const peers = (stats.remoteStatistics ?? []).map(
-    (peer) => `${peer.userId} ${peer.width}x${peer.height} ${peer.frameRate} fps ${peer.point2PointDelay} ms`,
+    (peer) => `${peer.userId} size ${peer.width}x${peer.height} fps ${peer.frameRate} delay ${peer.point2PointDelay} ms`,
   );
   const link = `up ${mbits(stats.OutBps)} down ${mbits(stats.InBps)} rtt ${stats.RealtimeRtt} ms`;
   return [link, ...peers].join(', ');

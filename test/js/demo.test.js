@@ -80,11 +80,11 @@ test('the demo reports, leaves, ends by itself and keeps the last frame as a PNG
     });
     assert.equal(stderr, '');
     const lines = stdout.split('\n');
-    const live = lines.filter((line) => /^\s+\d+s \| frames \d+ ok/.test(line));
+    const live = lines.filter((line) => /^\s+\d+s \| frames ok \d+/.test(line));
     assert.equal(live.length, 2, stdout);
-    for (const line of live) assert.ok(Number(/frames (\d+) ok/.exec(line)[1]) > 0, line);
+    for (const line of live) assert.ok(Number(/frames ok (\d+)/.exec(line)[1]) > 0, line);
     assert.match(live[0], /OnSessionStateChanged x2.*OnTranscodingStarted/);
-    assert.match(live[1], /up \d+\.\d\d Mbit\/s down \d+\.\d\d Mbit\/s rtt \d+ ms, loopback-peer 1280x720/);
+    assert.match(live[1], /up \d+\.\d\d Mbit\/s down \d+\.\d\d Mbit\/s rtt \d+ ms, loopback-peer size 1280x720/);
     assert.match(stdout, /^ left \|.*OnTranscodingStopped.*OnSessionStateChanged$/m);
     const file = path.join(outputDir, 'last-frame.png');
     assert.match(stdout, new RegExp(`last frame \\(#\\d+, 1280x720\\): .*${path.basename(outputDir)}/last-frame\\.png`));
