@@ -9,4 +9,12 @@ function prebuildName(abi) {
   return `node.abi${abi}${libc}.node`;
 }
 
-module.exports = { prebuildName };
+/**
+ * The test-control addon shipped beside that prebuild, for orva-engine/testing:
+ * not ending in .node, so node-gyp-build never takes it for the product addon.
+ */
+function controlName(abi) {
+  return prebuildName(abi).replace(/^node\./, 'orva_test_control.').replace(/\.node$/, '.testing');
+}
+
+module.exports = { prebuildName, controlName };

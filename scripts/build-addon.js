@@ -144,15 +144,34 @@ function archSettings(arch, generator) {
   return [`-DCMAKE_TOOLCHAIN_FILE=${process.env.CMAKE_TOOLCHAIN_FILE}`];
 }
 
+// The loopback engine's test-control addon, as a build from source leaves it
+// for orva-engine/testing: not ending in .node, so that node-gyp-build, which
+// takes the first *.node of build/Release, never loads it as the product.
+const CONTROL = 'orva_test_control.testing';
+
+/** Whether the build in `release` is configured against a real engine rather than the loopback one. */
+function realEngine(release) {
+  const cache = fs.readFileSync(path.join(release, 'CMakeCache.txt'), 'utf8');
+  const value = (name) => (new RegExp(`^${name}:\\w+=(.*)$`, 'm').exec(cache) || [])[1];
+  return Boolean(value('ORVA_SDK_INCLUDE_DIR') && value('ORVA_SDK_LIBRARY'));
+}
+
 /**
  * Configures `buildDir` against the headers in `include` and builds the
  * addon; the addon and the engine library land side by side in `buildDir`.
+ * On the loopback engine, from a source checkout, the test-control addon
+ * lands there too, as orva_test_control.testing; against a real engine, or
+ * from an installed package (which ships its prebuilt one only), there is none.
  */
 function buildAddon({ buildDir, include, arch = process.arch, jobs }) {
   const generator = onPath('ninja') ? 'Ninja' : undefined;
   const release = path.resolve(buildDir);
+  // The installed package does not carry the test-control addon's sources;
+  // a source checkout does.
+  const withControl = fs.existsSync(path.join(root, 'test', 'support', 'CMakeLists.txt'));
   const configure = ['-S', root, '-B', release, '-DCMAKE_BUILD_TYPE=Release', '-DORVA_BUILD_TESTS=OFF',
-    '-DORVA_BUILD_BENCH=OFF', `-DORVA_NODE_INCLUDE_DIR=${include}`,
+    '-DORVA_BUILD_BENCH=OFF', `-DORVA_BUILD_TEST_CONTROL=${withControl ? 'ON' : 'OFF'}`,
+    `-DORVA_NODE_INCLUDE_DIR=${include}`,
     // The run path is $ORIGIN alone: by default CMake adds the build folder,
     // which would follow the addon wherever it ships.
     '-DCMAKE_BUILD_WITH_INSTALL_RPATH=ON',
@@ -162,7 +181,11 @@ function buildAddon({ buildDir, include, arch = process.arch, jobs }) {
   if (generator) configure.push('-G', generator);
   run('cmake', configure.concat(archSettings(arch, generator)));
   const parallel = String(jobs || process.env.JOBS || process.env.npm_config_jobs || os.cpus().length);
-  run('cmake', ['--build', release, '--config', 'Release', '--target', 'orvaEngine', '--parallel', parallel]);
+  const loopback = withControl && !realEngine(release);
+  const targets = loopback ? ['orvaEngine', 'orva_test_control'] : ['orvaEngine'];
+  run('cmake', ['--build', release, '--config', 'Release', '--target', ...targets, '--parallel', parallel]);
+  fs.rmSync(path.join(release, CONTROL), { force: true });
+  if (loopback) fs.renameSync(path.join(release, 'orva_test_control.node'), path.join(release, CONTROL));
   return path.join(release, 'orvaEngine.node');
 }
 
@@ -187,4 +210,4 @@ if (require.main === module) {
   }
 }
 
-module.exports = { buildAddon };
+module.exports = { buildAddon, CONTROL };

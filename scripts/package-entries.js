@@ -1,9 +1,12 @@
 #!/usr/bin/env node
 'use strict';
 // Writes the package's generated entries from a build:
-//   lib/index.d.ts  the declarations the build generated (orvaEngine.d.ts);
-//   lib/index.mjs   the ES module entry, which names every export of the
-//                   addon, read from the built addon itself.
+//   lib/index.d.ts        the declarations the build generated (orvaEngine.d.ts);
+//   lib/index.mjs         the ES module entry, which names every export of the
+//                         addon, read from the built addon itself;
+//   lib/event-fields.js   the table of named event arguments that
+//                         lib/events.js uses, generated from the event
+//                         description.
 // They are never committed: `npm run build:dev` and `npm run prebuild` write
 // them, and `npm pack` ships them.
 //
@@ -47,25 +50,30 @@ function esmEntry(names) {
   ].join('\n');
 }
 
-/** Writes both entries from the build in `buildDir`; answers how many names the ES module has. */
+// What the build generated, and where the package has it.
+const COPIED = [['orvaEngine.d.ts', 'index.d.ts'], ['event-fields.js', 'event-fields.js']];
+
+/** Writes the entries from the build in `buildDir`; answers how many names the ES module has. */
 function writeEntries(buildDir, node = process.execPath) {
   const names = exportNames(path.resolve(buildDir, 'orvaEngine.node'), node);
-  fs.copyFileSync(path.join(buildDir, 'orvaEngine.d.ts'), path.join(lib, 'index.d.ts'));
+  for (const [built, shipped] of COPIED) fs.copyFileSync(path.join(buildDir, built), path.join(lib, shipped));
   fs.writeFileSync(path.join(lib, 'index.mjs'), esmEntry(names));
   return names.length;
 }
 
-/** For prepack: fails unless both entries exist; names the prebuilds that will ship. */
+/** For prepack: fails unless every entry exists; names the prebuilds that will ship. */
 function check() {
-  const missing = ['index.d.ts', 'index.mjs'].filter((name) => !fs.existsSync(path.join(lib, name)));
+  const entries = [...COPIED.map(([, shipped]) => shipped), 'index.mjs'];
+  const missing = entries.filter((name) => !fs.existsSync(path.join(lib, name)));
   if (missing.length) {
-    console.error(`lib/${missing.join(' and lib/')} missing: run \`npm run prebuild\` (or \`npm run build:dev\`) before packing`);
+    console.error(`lib/${missing.join(', lib/')} missing: ` +
+      'run `npm run prebuild` (or `npm run build:dev`) before packing');
     process.exit(1);
   }
   const prebuilds = path.join(__dirname, '..', 'prebuilds');
   const shipped = fs.existsSync(prebuilds)
     ? fs.readdirSync(prebuilds).flatMap((tuple) => fs.readdirSync(path.join(prebuilds, tuple))
-      .filter((name) => name.endsWith('.node')).map((name) => `${tuple}/${name}`))
+      .filter((name) => /\.(node|testing)$/.test(name)).map((name) => `${tuple}/${name}`))
     : [];
   // On standard error: `npm pack --json` keeps standard output for itself.
   console.error(`prebuilds: ${shipped.join(', ') || 'none (installing will build from source)'}`);

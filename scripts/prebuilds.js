@@ -6,6 +6,10 @@
 //
 //   prebuilds/<platform>-<arch>/node.abi<ABI>[.<libc>].node
 //   prebuilds/<platform>-<arch>/liborva_sdk.so
+//   prebuilds/<platform>-<arch>/orva_test_control.abi<ABI>[.<libc>].testing
+//
+// The last is the loopback engine's test-control addon, for
+// orva-engine/testing; a build against a real engine ships none.
 //
 // Then writes the package's generated entries (scripts/package-entries.js).
 //
@@ -19,10 +23,10 @@ const fs = require('fs');
 const path = require('path');
 const { execFileSync } = require('child_process');
 const { RELEASES, nodeDist } = require('./lib/node-dist');
-const { buildAddon } = require('./build-addon');
+const { buildAddon, CONTROL } = require('./build-addon');
 const { writeEntries } = require('./package-entries');
 const { engineLibraryName } = require('../lib/load-error');
-const { prebuildName } = require('../lib/prebuild-name');
+const { prebuildName, controlName } = require('../lib/prebuild-name');
 
 const root = path.join(__dirname, '..');
 const cache = path.join(root, 'build-compat', 'cache');
@@ -38,6 +42,9 @@ function prebuild(major) {
   fs.copyFileSync(addon, shipped);
   // The engine library does not depend on the runtime: every build makes the same one.
   fs.copyFileSync(path.join(buildDir, engineLibraryName()), path.join(folder, engineLibraryName()));
+  const control = path.join(folder, controlName(dist.abi));
+  fs.rmSync(control, { force: true });
+  if (fs.existsSync(path.join(buildDir, CONTROL))) fs.copyFileSync(path.join(buildDir, CONTROL), control);
   execFileSync(dist.node, ['-e', `require(${JSON.stringify(shipped)})`], { stdio: 'inherit' });
   console.log(`   ${path.relative(root, shipped)} loads in Node.js ${dist.version}`);
   return { dist, buildDir };
@@ -64,7 +71,7 @@ function main() {
   if (built.length) {
     const { dist, buildDir } = built[built.length - 1];
     const count = writeEntries(buildDir, dist.node);
-    console.log(`== lib/index.d.ts and lib/index.mjs (${count} exports) from Node.js ${dist.version}'s build`);
+    console.log(`== the package's entries in lib/ (${count} exports) from Node.js ${dist.version}'s build`);
   }
   console.log(`prebuilt for Node.js ${built.map((entry) => entry.dist.major).join(', ') || 'none'}` +
     `${failed.length ? `; failed for ${failed.join(', ')}` : ''}`);

@@ -19,7 +19,8 @@
 //    queue, and blocking with a bounded one); the target is twice the better
 //    of the two. The bare uv_async queue (the floor) and the loopback
 //    engine's own raiser threads are shown for information, and so are two
-//    producer threads.
+//    producer threads. So is the events layer (orva-engine/events) with one
+//    listener on the same bridge, as a ratio to the raw handler of each round.
 // 2. Latency at a steady 10,000 events per second: one paced producer takes
 //    turns between the bridge, the non-blocking thread-safe function and the
 //    floor, a few events at a time, stamping each send (uv_hrtime) by
@@ -83,6 +84,10 @@ function load(file) {
 const orva = load('orvaEngine.node');
 const native = load('bench_bridge_native.node');
 const tsfn = load('bench_bridge_tsfn.node');
+// The events layer loads the addon through the package entry: from the same
+// build, so that it is the same module.
+process.env.ORVA_BUILD_DIR = buildDir;
+const { attach } = require('../../lib/events');
 
 const EVENT = 'OnPlayFilePosChanged';
 const engine = orva.OrvaEngineWrapper.createOrvaEngine();
@@ -125,6 +130,13 @@ function stamper(tag) {
   );
 }
 
+function listener(tag) {
+  return new Function(
+    's',
+    `// ${tag}\n'use strict';\nreturn (event) => {\n  if (++s.count === s.total) s.done();\n};`,
+  );
+}
+
 // --- the implementations -----------------------------------------------------
 
 // Each: open(handlerFactory) once, raise(threads, perThread, rate, stamps)
@@ -141,6 +153,20 @@ function bridgeImpl(name, info = false) {
     },
     join: () => native.join(),
     close() {},
+  };
+}
+
+// The bridge's events through the events layer, to one listener of EVENT.
+function eventsImpl(name) {
+  return {
+    ...bridgeImpl(name, true),
+    listener: true,
+    open(handler) {
+      attach(engine).on(EVENT, handler);
+    },
+    close() {
+      attach(engine).removeAllListeners(EVENT);
+    },
   };
 }
 
@@ -231,12 +257,13 @@ async function throughput(threads) {
     threads === 1 ? tsfnImpl(`tsfn, blocking, queue ${TSFN_BLOCKING_QUEUE}`, TSFN_BLOCKING_QUEUE, true) : null,
     floorImpl(),
     threads === 1 ? loopbackImpl() : null,
+    threads === 1 ? eventsImpl('events layer, one listener') : null,
   ];
   const measured = impls.filter((impl) => impl !== null);
   const total = THROUGHPUT_EVENTS - (THROUGHPUT_EVENTS % threads);
   const found = await rotate(
     measured,
-    (impl, state) => counter(`throughput ${threads} ${impl.name}`)(state, EVENT),
+    (impl, state) => (impl.listener ? listener : counter)(`throughput ${threads} ${impl.name}`)(state, EVENT),
     2,
     THROUGHPUT_ROUNDS,
     async (impl, state) => total / ((await sample(impl, state, total, threads, 0, null)) / 1e9),
@@ -244,7 +271,9 @@ async function throughput(threads) {
   const results = impls.map((impl) => (impl === null ? null : found[measured.indexOf(impl)]));
   const best = results[1].map((value, round) => Math.max(value, results[2] ? results[2][round] : 0));
   const ratios = results[0].map((value, round) => value / best[round]);
-  return { results, ratio: median(ratios), ratioSpread: spread(ratios), total };
+  const layer = results[5] && results[5].map((value, round) => value / results[0][round]);
+  return { results, ratio: median(ratios), ratioSpread: spread(ratios), total,
+    layerRatio: layer && median(layer), layerSpread: layer && spread(layer) };
 }
 
 // --- 2. latency --------------------------------------------------------------
@@ -482,7 +511,8 @@ async function main() {
   if (wanted('throughput')) {
     for (const threads of [1, 2]) {
       const t = await throughput(threads);
-      const [bridge, nonBlocking, blocking, floor, loopback] = t.results.map((r) => (r === null ? undefined : median(r)));
+      const [bridge, nonBlocking, blocking, floor, loopback, layer] =
+        t.results.map((r) => (r === null ? undefined : median(r)));
       const best = Math.max(nonBlocking, blocking ?? 0);
       const s = threads === 1 ? '' : 's';
       // The target is set on one producer thread; two share the machine's two
@@ -494,10 +524,17 @@ async function main() {
       row(`  floor: bare uv_async queue (vector swap)`, mega(floor), mega(bridge), `${fixed(floor / bridge, 2)} x bridge`,
           '', null);
       if (loopback !== undefined) row(`  bridge via the loopback engine's raisers`, mega(loopback), '', '', '', null);
+      // The raw handler is the bridge row; the layer's ratio is the median of its per-round ratios.
+      if (layer !== undefined) {
+        row(`  events layer, one listener`, mega(layer), mega(bridge), `${fixed(t.layerRatio, 2)} x bridge`, '', null);
+      }
       notes.push(
         `throughput, ${threads} thread${s}: ${t.total} events per sample, ${THROUGHPUT_ROUNDS} rounds after 2 warm-up ` +
           `rounds; baseline = the better tsfn of each round; ratio spread ${fixed(t.ratioSpread * 100, 0)}% (IQR/median)` +
-          (threads === 1 ? '' : '; the blocking tsfn is left out: with two producers it stalls on this Node.js'),
+          (threads === 1
+            ? `; events layer: ${fixed(1e9 / layer - 1e9 / bridge, 0)} ns more per event than the bridge (medians), ` +
+              `ratio spread ${fixed(t.layerSpread * 100, 0)}%`
+            : '; the blocking tsfn is left out: with two producers it stalls on this Node.js'),
       );
     }
   }

@@ -11,7 +11,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.join(HERE, "..", "..")
 sys.path.insert(0, os.path.join(ROOT, "tools"))
 
-from bindgen import event_cpp, event_docs, event_dts  # noqa: E402
+from bindgen import event_cpp, event_docs, event_dts, event_js  # noqa: E402
 from bindgen.event_parser import EventDescriptionError, parse_text  # noqa: E402
 
 FIXTURE = """\
@@ -38,6 +38,9 @@ class RenderTest(unittest.TestCase):
         (event_dts, "  | [name: 'OnStats', int1: 0, int2: 0, int3: 0, str1: '', str2: '', payload: StatsPayload];"),
         (event_dts, "  /** Sometimes. */\n  note?: string;\n  /** The rest. */\n  [detail: string]: string | number;"),
         (event_dts, "export interface OrvaEventPayloads {\n  OnStats: StatsPayload;\n}"),
+        (event_dts, "  OnPlain: {\n    /** How many. */\n    count: number;\n    /** Who did it. */\n    who: 'a' | 'b';\n  };\n"
+                    "  /** Numbers came. */\n  OnStats: StatsPayload;\n}"),
+        (event_js, "  OnPlain: (int1, int2, int3, str1) => ({ count: int2, who: str1 }),\n  OnStats: null,\n"),
         (event_docs, "| int2 | `count` | `number` | how many |\n| str1 | `who` | `'a' \\| 'b'` | who did it |"),
         (event_docs, "### OnStats\n\nNumbers came.\n\nPayload: [`StatsPayload`](#statspayload)."),
         (event_docs, "| `note` | `string` | sometimes (not always there) |\n| any other | `string \\| number` |"),

@@ -2,8 +2,8 @@
 // The script suites cut to what a runtime without node:test (Node.js 14 and
 // 16) runs as a plain script: the exports, a session on the loopback engine
 // whose events reach the handler, a frame copied into the registered buffer,
-// and a process that ends by itself with status 0. ORVA_BUILD_DIR names the
-// build, as for the suites.
+// an event through orva-engine/events, and a process that ends by itself with
+// status 0. ORVA_BUILD_DIR names the build, as for the suites.
 const assert = require('assert').strict;
 const path = require('path');
 
@@ -65,9 +65,14 @@ engine.setCallback((name, int1, int2, int3, str1, str2, payload) => {
     assert.deepEqual(buffer, pixels);
     engine.exitRoom();
   }
+  // Left: the events layer takes the handler over for one last event.
   if (name === 'OnSessionStateChanged' && int1 === orva.Leaved && !destroyed) {
-    destroyed = true;
-    engine.destroy();
+    require('orva-engine/events').attach(engine).once('OnPlayFileStart', (event) => {
+      assert.deepEqual(event, { fileId: 7, durationMs: 70 });
+      destroyed = true;
+      engine.destroy();
+    });
+    control.raise('AudioServiceListener', 'OnPlayFileStart', 7, 70);
   }
 });
 assert.equal(engine.initialize(settings, null), 0);

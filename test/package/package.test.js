@@ -53,12 +53,17 @@ test('npm pack ships the entries, the prebuild and the sources to build from, an
   const packed = JSON.parse(succeed(npm, ['pack', '--json', '--pack-destination', work], { cwd: root }).stdout)[0];
   const files = packed.files.map((file) => file.path);
   const tuple = `${process.platform}-${process.arch}`;
-  for (const needed of ['lib/index.js', 'lib/index.mjs', 'lib/index.d.ts', 'lib/index.d.mts', 'scripts/install.js',
+  for (const needed of ['lib/index.js', 'lib/index.mjs', 'lib/index.d.ts', 'lib/index.d.mts', 'lib/events.js',
+    'lib/events.mjs', 'lib/events.d.ts', 'lib/events.d.mts', 'lib/event-fields.js', 'lib/testing.js', 'lib/testing.mjs',
+    'lib/testing.d.ts', 'lib/testing.d.mts', 'scripts/install.js',
     'scripts/build-addon.js', 'CMakeLists.txt', 'sdk/win/orva.api', 'tools/bindgen/__main__.py',
     `prebuilds/${tuple}/liborva_sdk.so`]) {
     assert.ok(files.includes(needed), needed);
   }
-  assert.ok(files.some((file) => file.startsWith(`prebuilds/${tuple}/node.abi${process.versions.modules}.`)), files.join());
+  for (const addon of ['node', 'orva_test_control']) {
+    const prefix = `prebuilds/${tuple}/${addon}.abi${process.versions.modules}.`;
+    assert.ok(files.some((file) => file.startsWith(prefix)), `${prefix}* in ${files.join()}`);
+  }
   const unwanted = files.filter((file) => /^(test|bench|examples|build[^/]*|node_modules)\/|(^|\/)\.|\/testing\/|^scripts\/(?!install\.js$|build-addon\.js$)/.test(file));
   assert.deepEqual(unwanted, []);
   t.diagnostic(`${packed.filename}: ${files.length} files, ${packed.size} bytes packed, ${packed.unpackedSize} unpacked`);
@@ -75,7 +80,7 @@ test('npm pack ships the entries, the prebuild and the sources to build from, an
   assert.match(install.stdout, /orva-engine: the addon loads in Node\.js .*; nothing to build/);
 });
 
-test('the installed package loads the prebuild node-gyp-build picks, runs a session, and names every export in its ES module entry', () => {
+test('the installed package loads the prebuild node-gyp-build picks, runs a session, drives it from orva-engine/testing, and names every export in its ES module entry', () => {
   const loaded = succeed(process.execPath, ['-e', `require('orva-engine');
     const loaded = Object.keys(require.cache).filter((file) => file.endsWith('.node'));
     console.log(JSON.stringify([loaded, [require('node-gyp-build').resolve(${JSON.stringify(installed)})]]));`]);
@@ -84,8 +89,9 @@ test('the installed package loads the prebuild node-gyp-build picks, runs a sess
   const session = succeed(process.execPath, ['session.js']);
   assert.equal(session.stdout, 'initialize 0\nenterRoom 0\njoined\nleft\n');
   assert.equal(session.stderr, '');
+  assert.equal(succeed(process.execPath, ['testing-kit.js']).stdout, 'OrvaEngine.startPlayAudio alice\n');
   const esm = succeed(process.execPath, ['exports.mjs']);
-  assert.match(esm.stdout, /^default true, (\d+) names, 0 differing, 0 extra\nfunction true\n$/);
+  assert.match(esm.stdout, /^default true, (\d+) names, 0 differing, 0 extra\nfunction true function\n$/);
   assert.equal(esm.stderr, '');
 });
 

@@ -64,6 +64,23 @@ napi_value LiveInstances(napi_env env, napi_callback_info) {
   return object;
 }
 
+napi_value Reset(napi_env env, napi_callback_info) {
+  control::reset();
+  return undefined(env);
+}
+
+napi_value EngineRunning(napi_env env, napi_callback_info) { return fromBool(env, control::engineRunning()); }
+
+// { "Face.member": [parameter kind, ...] } for every member raise() knows.
+napi_value RaiseSignatures(napi_env env, napi_callback_info) {
+  napi_value object;
+  napi_create_object(env, &object);
+  for (const auto& [name, kinds] : raiseSignatures()) {
+    napi_set_named_property(env, object, name.c_str(), fromStrings(env, kinds));
+  }
+  return object;
+}
+
 // raise(face, method, ...args) -> whether a listener heard it.
 napi_value RaiseEvent(napi_env env, napi_callback_info info) {
   auto args = argsOf(env, info);
@@ -131,6 +148,9 @@ napi_value Init(napi_env env, napi_value exports) {
       {"logLines", nullptr, LogLines, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"clearLogLines", nullptr, ClearLogLines, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"liveInstances", nullptr, LiveInstances, nullptr, nullptr, nullptr, napi_default, nullptr},
+      {"reset", nullptr, Reset, nullptr, nullptr, nullptr, napi_default, nullptr},
+      {"engineRunning", nullptr, EngineRunning, nullptr, nullptr, nullptr, napi_default, nullptr},
+      {"raiseSignatures", nullptr, RaiseSignatures, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"raise", nullptr, RaiseEvent, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"deliverFrame", nullptr, DeliverFrame, nullptr, nullptr, nullptr, napi_default, nullptr},
       {"raiseConcurrently", nullptr, RaiseConcurrently, nullptr, nullptr, nullptr, napi_default, nullptr},

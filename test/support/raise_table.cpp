@@ -76,6 +76,21 @@ const rtc::NetworkStats& use(Tag<const rtc::NetworkStats&>, const std::shared_pt
   return held->stats;
 }
 
+// What script passes for each parameter type, named for the checks the
+// testing entry makes before raising: the conversions above coerce.
+template <class P>
+requires(std::is_enum_v<P> || std::is_same_v<P, int>) const char* kindOf(Tag<P>) { return "integer"; }
+const char* kindOf(Tag<bool>) { return "boolean"; }
+const char* kindOf(Tag<const std::string&>) { return "string"; }
+const char* kindOf(Tag<const char*>) { return "string|null"; }
+const char* kindOf(Tag<const rtc::StringVector&>) { return "string[]"; }
+const char* kindOf(Tag<rtc::MediaChannel*>) { return "channel"; }
+const char* kindOf(Tag<const std::vector<rtc::VolumeInfo>&>) { return "VolumeInfo[]"; }
+const char* kindOf(Tag<const rtc::EchoCheckResult&>) { return "EchoCheckResult"; }
+const char* kindOf(Tag<const rtc::MediaChannelErrInfo&>) { return "MediaChannelErrInfo"; }
+const char* kindOf(Tag<const std::map<std::string, std::string>&>) { return "Record<string,string>"; }
+const char* kindOf(Tag<const rtc::NetworkStats&>) { return "NetworkStats"; }
+
 // Every other held value is the argument itself.
 template <class P, class Held>
 const Held& use(Tag<P>, const Held& held) {
@@ -103,14 +118,31 @@ Raise raiseOf(const JsArgs& a) {
   }(Member);
 }
 
+template <auto Member>
+std::vector<std::string> kindsOf() {
+  return [&]<class Face, class... P>(void (Face::*)(P...)) {
+    return std::vector<std::string>{kindOf(Tag<P>{})...};
+  }(Member);
+}
+
+struct Entry {
+  Raise (*make)(const JsArgs&);
+  std::vector<std::string> (*kinds)();
+};
+
 // One entry per listener member script may raise, generated from the
 // interface description's listener classes: its script name, and the member
 // chosen by its described parameter types (which pick the conversions).
-// NOLINTNEXTLINE(bugprone-macro-parentheses): `params` is a parameter list, parentheses included.
-#define ORVA_RAISE(name, Face, member, params) {name, raiseOf<static_cast<void(Face::*) params>(&Face::member)>},
+// `params` is a parameter list, parentheses included.
+// NOLINTBEGIN(bugprone-macro-parentheses)
+#define ORVA_RAISE(name, Face, member, params)                 \
+  {name,                                                       \
+   {raiseOf<static_cast<void(Face::*) params>(&Face::member)>, \
+    kindsOf<static_cast<void(Face::*) params>(&Face::member)>}},
+// NOLINTEND(bugprone-macro-parentheses)
 
-const std::map<std::string, Raise (*)(const JsArgs&)>& table() {
-  static const auto* const entries = new std::map<std::string, Raise (*)(const JsArgs&)>{
+const std::map<std::string, Entry>& table() {
+  static const auto* const entries = new std::map<std::string, Entry>{
 #include "raise_entries.inc"
   };
   return *entries;
@@ -121,7 +153,13 @@ const std::map<std::string, Raise (*)(const JsArgs&)>& table() {
 
 Raise findRaise(const std::string& face, const std::string& method, const JsArgs& args) {
   auto it = table().find(face + "." + method);
-  return it != table().end() ? it->second(args) : Raise();
+  return it != table().end() ? it->second.make(args) : Raise();
+}
+
+std::vector<std::pair<std::string, std::vector<std::string>>> raiseSignatures() {
+  std::vector<std::pair<std::string, std::vector<std::string>>> signatures;
+  for (const auto& [name, entry] : table()) signatures.emplace_back(name, entry.kinds());
+  return signatures;
 }
 
 }  // namespace test_control

@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "control.h"
 #include "js_values.h"
@@ -18,5 +20,9 @@ using Raise = std::function<bool(const control::Registered& registered)>;
 
 // The call for face.method with `args`; empty when there is no such method.
 Raise findRaise(const std::string& face, const std::string& method, const JsArgs& args);
+
+// Every member script may raise, as "Face.member", with the kind of value
+// each parameter takes ("integer", "string|null", "NetworkStats", ...).
+std::vector<std::pair<std::string, std::vector<std::string>>> raiseSignatures();
 
 }  // namespace test_control

@@ -1,6 +1,7 @@
 // A script written against the generated declarations: it must type-check
 // under --strict. It is compiled, never run.
 import orva = require('../..');
+import events = require('orva-engine/events');
 
 const engine = orva.OrvaEngineWrapper.createOrvaEngine();
 if (engine === null) throw new Error('no engine');
@@ -20,6 +21,18 @@ const handler: orva.OrvaEventHandler = (name, int1, int2, int3, str1, str2, payl
   console.log(name, int1 + int2 + int3, str1.length + str2.length);
 };
 engine.setCallback(handler);
+
+// The events layer: each listener's value has the event's field types.
+const emitter: events.OrvaEvents = events.attach(engine);
+emitter.on('OnNetworkStats', (stats) => console.log(stats.RealtimeRtt.toFixed(0), stats.remoteStatistics?.[0]?.userId));
+emitter.once('OnSessionStateChanged', ({ state, session }) => console.log(state === orva.Joined, session.length));
+emitter.on('OnVideoFrame', (frame) => console.log(frame.valid, frame.width * frame.height));
+// @ts-expect-error an event that does not exist
+emitter.on('OnSessionStateChange', () => {});
+// @ts-expect-error a field the event does not have
+emitter.on('OnPlayFileStart', (event) => event.positionMs);
+// @ts-expect-error a field of the wrong type
+emitter.on('OnCameraSourceStarted', (event) => event.sourceId.toFixed());
 engine.setVideoFrameRenderBuffer({ buffer: new Uint8Array(16), id: 1, userId: 'me', width: 4, height: 2 });
 engine.setVideoFrameRenderBuffer(null);
 

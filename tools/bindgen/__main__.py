@@ -15,13 +15,9 @@ import os
 import sys
 
 from . import render_cpp, render_dts
+from .files import write
 from .linker import LinkError, link
 from .parser import DescriptionError, parse
-
-
-def write(path: str, text: str) -> None:
-    with open(path, "w", encoding="utf-8") as handle:
-        handle.write(text)
 
 
 def main(argv: list[str]) -> int:

@@ -23,6 +23,12 @@ In TypeScript, comparing `name` with an event's name gives every other
 argument that event's type (`OrvaEventHandler`). A handler of that type names
 all seven parameters, or ends in a rest parameter (`(name, int1, ...rest) =>`):
 TypeScript refuses a shorter parameter list for it.
+
+A listener of the EventEmitter of `orva-engine/events` (see the README,
+"Events, the Node way") receives one value: an event's arguments listed below
+as one object, by their names (`{{ state, reason, lastError, session }}`), or
+the payload of an event that carries one; an event with neither gives an empty
+object. `OrvaEventMap` types each.
 """
 
 

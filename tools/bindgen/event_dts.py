@@ -5,6 +5,11 @@ that comparing `name` with an event's name narrows every other argument:
 
     type OrvaEventHandler = (...event: OrvaEvent) => void;
     type OrvaEvent = [name: 'OnNetworkStats', int1: 0, ..., payload: NetworkStatsPayload] | ...;
+
+The listeners of the events layer (lib/events.js, its table from event_js)
+receive one value per event, which OrvaEventMap gives by name:
+
+    interface OrvaEventMap { OnSessionStateChanged: { state: MediaSessionState; ... }; OnNetworkStats: ...; }
 """
 from __future__ import annotations
 
@@ -60,6 +65,20 @@ def _tuple(event: Event, events: Events) -> str:
     return f"[{', '.join(parts)}, payload: {payload}]"
 
 
+def _listener_value(event: Event, events: Events) -> list[str]:
+    """What a listener of the events layer receives for `event`, as event_js makes it."""
+    if event.payload:
+        return [f"  {event.name}: {events.payload(event.payload).name};"]
+    if not event.arguments:
+        return [f"  {event.name}: {EMPTY};"]
+    out = [f"  {event.name}: {{"]
+    for slot in SLOTS:
+        argument = event.argument(slot)
+        if argument:
+            out += [doc(argument.meaning, "    "), f"    {argument.name}: {argument.ts};"]
+    return out + ["  };"]
+
+
 def render(events: Events) -> str:
     out = [HEADER.format(source=events.source)]
     for shape in events.shapes:
@@ -71,4 +90,10 @@ def render(events: Events) -> str:
     for event in events.events:
         out += [f"  // {event.meaning}", f"  | {_tuple(event, events)}"]
     out[-1] += ";"
+    out += ["", "/**", " * What a listener of orva-engine/events receives for each event: its",
+            " * arguments by name, or the payload of an event that carries one.", " */",
+            "export interface OrvaEventMap {"]
+    for event in events.events:
+        out += [doc(event.meaning, "  ")] + _listener_value(event, events)
+    out += ["}"]
     return "\n".join(out + ["", FOOTER])

@@ -1,22 +1,24 @@
 """Generates what follows from the event description.
 
-    python3 -m bindgen.events <description> [--header <file>] [--dts <file>] [--docs <file>]
+    python3 -m bindgen.events <description> [--header <file>] [--dts <file>] [--js <file>] [--docs <file>]
 
---header: the bridge's event table (event_cpp); --dts: the handler's
-TypeScript declarations (event_dts), which the binding's declarations take in;
---docs: the reference page (event_docs). Fails with the description's file and
-line on any error, writing nothing.
+--header: the bridge's event table (event_cpp); --dts: the TypeScript
+declarations of the handler and of the events layer's listeners (event_dts),
+which the binding's declarations take in; --js: the events layer's table of
+named arguments (event_js); --docs: the reference page (event_docs). Fails
+with the description's file and line on any error, writing nothing; a file
+that would not change is not written again.
 """
 from __future__ import annotations
 
 import argparse
-import os
 import sys
 
-from . import event_cpp, event_docs, event_dts
+from . import event_cpp, event_docs, event_dts, event_js
 from .event_parser import EventDescriptionError, parse
+from .files import write
 
-RENDERERS = {"header": event_cpp.render, "dts": event_dts.render, "docs": event_docs.render}
+RENDERERS = {"header": event_cpp.render, "dts": event_dts.render, "js": event_js.render, "docs": event_docs.render}
 
 
 def main(argv: list[str]) -> int:
@@ -33,9 +35,7 @@ def main(argv: list[str]) -> int:
     for output, render in RENDERERS.items():
         path = getattr(args, output)
         if path:
-            os.makedirs(os.path.dirname(os.path.abspath(path)), exist_ok=True)
-            with open(path, "w", encoding="utf-8") as handle:
-                handle.write(render(events))
+            write(path, render(events))
     return 0
 
 
