@@ -88,7 +88,7 @@ function test(dist, buildDir, log) {
   const suites = fs.readdirSync(path.join(root, 'test', 'js')).filter((name) => name.endsWith('.test.js'))
     .map((name) => path.join('test', 'js', name));
   const args = dist.major >= FIRST_SUITE_MAJOR
-    ? ['--test', '--test-reporter=spec', `--test-concurrency=${jobs}`, ...suites]
+    ? ['--test', `--test-concurrency=${jobs}`, ...suites]
     : [path.join('test', 'compat', 'smoke.js')];
   return run(dist.node, args, log, { env });
 }
