@@ -159,15 +159,14 @@ function realEngine(release) {
 /**
  * Configures `buildDir` against the headers in `include` and builds the
  * addon; the addon and the engine library land side by side in `buildDir`.
- * On the loopback engine, from a source checkout, the test-control addon
- * lands there too, as orva_test_control.testing; against a real engine, or
- * from an installed package (which ships its prebuilt one only), there is none.
+ * On the loopback engine the test-control addon lands there too, as
+ * orva_test_control.testing; against a real engine there is none.
  */
 function buildAddon({ buildDir, include, arch = process.arch, jobs }) {
   const generator = onPath('ninja') ? 'Ninja' : undefined;
   const release = path.resolve(buildDir);
-  // The installed package does not carry the test-control addon's sources;
-  // a source checkout does.
+  // The test-control addon's sources come with a checkout and the package;
+  // a copy cut down to the product has none.
   const withControl = fs.existsSync(path.join(root, 'test', 'support', 'CMakeLists.txt'));
   const configure = ['-S', root, '-B', release, '-DCMAKE_BUILD_TYPE=Release', '-DORVA_BUILD_TESTS=OFF',
     '-DORVA_BUILD_BENCH=OFF', `-DORVA_BUILD_TEST_CONTROL=${withControl ? 'ON' : 'OFF'}`,

@@ -23,5 +23,7 @@ TSAN_OPTIONS=halt_on_error=1 build-tsan/bridge_queue_tests --gtest_shuffle
 echo "== Win32 backend with the MinGW-w64 cross compiler"
 "$ROOT/scripts/check-win32.sh"
 
+"$ROOT/scripts/test-browser.sh"
+
 echo "== formatting and clang-tidy"
 "$ROOT/scripts/check-style.sh" build

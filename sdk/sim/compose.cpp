@@ -4,17 +4,51 @@
 #include <cstddef>
 #include <cstring>
 
+#include "colour_space_autogen.h"
+
 namespace orva::loopback {
 
 namespace rtc = Orva::Rtc;
+
+namespace {
+
+// The conversion in 8-bit fixed point (coefficients scaled by 256 and
+// rounded), derived from the colour space the renderer states.
+struct FixedPointRow {
+  int r, g, b;
+};
+
+constexpr int scaled(double value) { return static_cast<int>(value * 256 + (value < 0 ? -0.5 : 0.5)); }
+
+constexpr FixedPointRow lumaRow() {
+  const double scale = (colour::kLumaWhite - colour::kLumaBlack) / 255.0;
+  const double kg = 1 - colour::kKr - colour::kKb;
+  return {scaled(scale * colour::kKr), scaled(scale * kg), scaled(scale * colour::kKb)};
+}
+
+// U is (B - Y) scaled to the chroma range, V is (R - Y).
+constexpr FixedPointRow chromaRow(bool blue) {
+  const double k = blue ? colour::kKb : colour::kKr;
+  const double scale = (colour::kChromaMax - colour::kChromaMin) / 2.0 / 255.0 / (1 - k);
+  const double kg = 1 - colour::kKr - colour::kKb;
+  return {scaled(scale * ((blue ? 0 : 1) - colour::kKr)), scaled(scale * -kg),
+          scaled(scale * ((blue ? 1 : 0) - colour::kKb))};
+}
+
+constexpr FixedPointRow kToY = lumaRow();
+constexpr FixedPointRow kToU = chromaRow(true);
+constexpr FixedPointRow kToV = chromaRow(false);
+
+}  // namespace
 
 Yuv rgbToYuv(uint32_t rgb) {
   const int r = static_cast<int>((rgb >> 16) & 0xff);
   const int g = static_cast<int>((rgb >> 8) & 0xff);
   const int b = static_cast<int>(rgb & 0xff);
   auto clamp = [](int value) { return static_cast<uint8_t>(std::clamp(value, 0, 255)); };
-  return {clamp(16 + ((66 * r + 129 * g + 25 * b + 128) >> 8)), clamp(128 + ((-38 * r - 74 * g + 112 * b + 128) >> 8)),
-          clamp(128 + ((112 * r - 94 * g - 18 * b + 128) >> 8))};
+  auto apply = [&](const FixedPointRow& row) { return (row.r * r + row.g * g + row.b * b + 128) >> 8; };
+  return {clamp(colour::kLumaBlack + apply(kToY)), clamp(colour::kChromaZero + apply(kToU)),
+          clamp(colour::kChromaZero + apply(kToV))};
 }
 
 uint32_t imageColour(std::string_view path) {

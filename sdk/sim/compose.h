@@ -23,7 +23,7 @@ struct Yuv {
   bool operator==(const Yuv&) const = default;
 };
 
-// 0xRRGGBB to limited-range BT.601.
+// 0xRRGGBB in the colour space of lib/renderer/colour-space.js.
 Yuv rgbToYuv(uint32_t rgb);
 // What names a transcoding source: its camera, screen, image path or user.
 std::string sourceId(const Orva::Rtc::LocalMediaTranscodingSource& source);

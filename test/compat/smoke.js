@@ -2,7 +2,8 @@
 // The script suites cut to what a runtime without node:test (Node.js 14 and
 // 16) runs as a plain script: the exports, a session on the loopback engine
 // whose events reach the handler, a frame copied into the registered buffer,
-// an event through orva-engine/events, and a process that ends by itself with
+// an event raised through orva-engine/testing and taken through
+// orva-engine/events, and a process that ends by itself with
 // status 0. ORVA_BUILD_DIR names the build, as for the suites.
 const assert = require('assert').strict;
 const path = require('path');
@@ -72,7 +73,10 @@ engine.setCallback((name, int1, int2, int3, str1, str2, payload) => {
       destroyed = true;
       engine.destroy();
     });
-    control.raise('AudioServiceListener', 'OnPlayFileStart', 7, 70);
+    // Raised through orva-engine/testing, whose checks run on this version too.
+    const testing = require('orva-engine/testing');
+    assert.throws(() => testing.raise('AudioServiceListener', 'OnPlayFileStart', '7', 70), TypeError);
+    testing.raise('AudioServiceListener', 'OnPlayFileStart', 7, 70);
   }
 });
 assert.equal(engine.initialize(settings, null), 0);

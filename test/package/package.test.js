@@ -55,8 +55,10 @@ test('npm pack ships the entries, the prebuild and the sources to build from, an
   const tuple = `${process.platform}-${process.arch}`;
   for (const needed of ['lib/index.js', 'lib/index.mjs', 'lib/index.d.ts', 'lib/index.d.mts', 'lib/events.js',
     'lib/events.mjs', 'lib/events.d.ts', 'lib/events.d.mts', 'lib/event-fields.js', 'lib/testing.js', 'lib/testing.mjs',
-    'lib/testing.d.ts', 'lib/testing.d.mts', 'scripts/install.js',
+    'lib/testing.d.ts', 'lib/testing.d.mts', 'lib/renderer/index.js', 'lib/renderer/index.d.ts',
+    'lib/renderer/colour-space.js', 'cmake/colour-space.js', 'scripts/install.js',
     'scripts/build-addon.js', 'CMakeLists.txt', 'sdk/win/orva.api', 'tools/bindgen/__main__.py',
+    'test/support/CMakeLists.txt',
     `prebuilds/${tuple}/liborva_sdk.so`]) {
     assert.ok(files.includes(needed), needed);
   }
@@ -64,7 +66,7 @@ test('npm pack ships the entries, the prebuild and the sources to build from, an
     const prefix = `prebuilds/${tuple}/${addon}.abi${process.versions.modules}.`;
     assert.ok(files.some((file) => file.startsWith(prefix)), `${prefix}* in ${files.join()}`);
   }
-  const unwanted = files.filter((file) => /^(test|bench|examples|build[^/]*|node_modules)\/|(^|\/)\.|\/testing\/|^scripts\/(?!install\.js$|build-addon\.js$)/.test(file));
+  const unwanted = files.filter((file) => /^test\/(?!support\/)|^(bench|examples|build[^/]*|node_modules)\/|(^|\/)\.|\/testing\/|^scripts\/(?!install\.js$|build-addon\.js$)/.test(file));
   assert.deepEqual(unwanted, []);
   t.diagnostic(`${packed.filename}: ${files.length} files, ${packed.size} bytes packed, ${packed.unpackedSize} unpacked`);
 
@@ -133,11 +135,12 @@ test('load errors name both ABIs, the runtime and the command that fixes it', (t
   for (const message of messages) t.diagnostic(message);
 });
 
-test('npm rebuild builds the addon from the shipped sources, and the loader takes that build', () => {
+test('npm rebuild builds the addon and the test-control addon from the shipped sources, and both entries take that build', () => {
   const rebuild = succeed(npm, ['rebuild', 'orva-engine', '--foreground-scripts']);
   assert.match(rebuild.stdout, /orva-engine: building from source \(npm rebuild\)/);
   const built = path.join(installed, 'build', 'Release', 'orvaEngine.node');
   if (process.platform === 'linux') assert.equal(runPath(built), '$ORIGIN');
   fs.rmSync(path.join(installed, 'prebuilds'), { recursive: true });
   assert.equal(succeed(process.execPath, ['session.js']).stdout, 'initialize 0\nenterRoom 0\njoined\nleft\n');
+  assert.equal(succeed(process.execPath, ['testing-kit.js']).stdout, 'OrvaEngine.startPlayAudio alice\n');
 });
