@@ -21,13 +21,15 @@ LogTicks toTicks(std::chrono::system_clock::time_point time) {
   return std::chrono::floor<LogTicks>(time.time_since_epoch());
 }
 
-LogTicks lastWriteOf(const fs::directory_entry& entry) {
-  return toTicks(platform::toSystemClock(entry.last_write_time()));
-}
-
 std::string utf8Of(const fs::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
+}
+
+// Asked of the system, not of the C++ library, which on Windows reads whole
+// seconds only.
+LogTicks lastWriteOf(const fs::directory_entry& entry) {
+  return toTicks(platform::lastWriteTime(utf8Of(entry.path())));
 }
 
 // Answers true, after saying so, when the directory is not there.
@@ -60,12 +62,10 @@ LogTicks ageCutoff(LogTicks now, uint32_t days) {
 }
 
 bool isDeletable(const fs::directory_entry& entry, std::ostream& err) {
-  std::FILE* file = platform::openFile(utf8Of(entry.path()), "r+");
-  if (file == nullptr) {
+  if (!platform::canOpenForRemoval(utf8Of(entry.path()))) {
     err << kNoPermission << entry.path().string() << std::endl;
     return false;
   }
-  std::fclose(file);
   return true;
 }
 

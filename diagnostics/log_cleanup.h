@@ -31,9 +31,11 @@ using LogTicks = std::chrono::duration<int64_t, std::ratio<1, 10'000'000>>;
 /// 64 bits, so that any setting gives a defined (if odd) moment.
 LogTicks ageCutoff(LogTicks now, uint32_t days);
 
-/// True when the entry can be opened for reading and writing; otherwise
-/// writes "No permission to delete: <path>" to `err`. A file held open
-/// without sharing, such as a log being written, is so skipped.
+/// True when the entry can be opened for reading and writing, and on Windows
+/// for deleting too; otherwise writes "No permission to delete: <path>" to
+/// `err`. A file held open without sharing, such as a log being written, is
+/// so skipped, and on Windows also one whose holder does not share deletion,
+/// such as the engine's own log.
 bool isDeletable(const std::filesystem::directory_entry& entry, std::ostream& err);
 
 /// Removes every deletable regular file of `dir` last written strictly

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -30,13 +29,25 @@ void pinThisModule();
 /// True when something exists at the path.
 bool pathExists(const std::string& utf8);
 
-/// Creates the directory together with every missing parent. Returns 0 on
-/// success, otherwise the system's error number; a path that already exists
-/// is an error, as it is for the Win32 shell call behind it.
+/// Creates the directory together with every missing parent. The path may be
+/// relative to the current directory, and '/' separates its parts on every
+/// system. Returns 0 on success, otherwise the system's error number; a path
+/// that already exists is an error, as it is for the Win32 shell call behind
+/// it.
 int createDirectories(const std::string& utf8);
 
-/// fopen with a UTF-8 path; null on failure.
-std::FILE* openFile(const std::string& utf8, const char* mode);
+/// True when the file opens for reading and writing and an open file does not
+/// keep it from being removed. Only Windows lets an open file refuse removal:
+/// there the question includes deleting, so that a file another program holds
+/// open without sharing deletion (as the C runtime opens the engine's log)
+/// answers false instead of failing when it is removed.
+bool canOpenForRemoval(const std::string& utf8);
+
+/// The last write time of the file at the path, a link followed, at the file
+/// system's own resolution, on the system clock. Throws
+/// std::filesystem::filesystem_error for "last_write_time" when it cannot be
+/// read.
+std::chrono::system_clock::time_point lastWriteTime(const std::string& utf8);
 
 /// A file opened by openForReading, described by the open file itself: what
 /// is read is what was described, whatever the path points at a moment later.
@@ -87,9 +98,6 @@ struct GraphicsAdapter {
 /// The machine's graphics adapters in the system's order; empty where texture
 /// sharing with the engine is not available.
 std::vector<GraphicsAdapter> graphicsAdapters();
-
-/// A file time as a time on the system clock.
-std::chrono::system_clock::time_point toSystemClock(std::filesystem::file_time_type time);
 
 /// The broken-down local time of a moment, made safely while other threads
 /// may ask for times too.

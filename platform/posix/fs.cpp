@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 
 #include "platform/platform.h"
 
@@ -38,7 +39,22 @@ int createDirectories(const std::string& utf8) {
   return 0;
 }
 
-std::FILE* openFile(const std::string& utf8, const char* mode) { return std::fopen(utf8.c_str(), mode); }
+bool canOpenForRemoval(const std::string& utf8) {
+  // An open file never keeps its name from being unlinked here.
+  std::FILE* file = std::fopen(utf8.c_str(), "r+");
+  if (file == nullptr) {
+    return false;
+  }
+  std::fclose(file);
+  return true;
+}
+
+std::chrono::system_clock::time_point lastWriteTime(const std::string& utf8) {
+  // The C++ library reads the file system's own resolution here, and throws
+  // its error for "last_write_time" itself.
+  return std::chrono::time_point_cast<std::chrono::system_clock::duration>(
+      std::filesystem::file_time_type::clock::to_sys(std::filesystem::last_write_time(utf8)));
+}
 
 OpenedFile openForReading(const std::string& utf8) {
   // Without O_NONBLOCK, opening a FIFO for reading waits for a writer, maybe

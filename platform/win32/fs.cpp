@@ -5,20 +5,82 @@
 #include <shlwapi.h>
 #include <windows.h>
 
+#include <filesystem>
+#include <system_error>
+
 #include "platform/platform.h"
 #include "platform/win32/utf16.h"
 
 namespace orva::platform {
+namespace {
+
+// FILETIME counts 100 ns ticks from 1601-01-01, the system clock from
+// 1970-01-01.
+using FileTicks = std::chrono::duration<int64_t, std::ratio<1, 10'000'000>>;
+constexpr FileTicks kFrom1601To1970{116'444'736'000'000'000LL};
+
+// The full path, written with backslashes, of a path that may be relative or
+// use '/'; the path itself when the system cannot make one (an empty path).
+std::wstring fullPath(const std::wstring& path) {
+  const DWORD size = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  if (size == 0) {
+    return path;
+  }
+  std::wstring full(size, L'\0');
+  const DWORD length = ::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
+  if (length == 0 || length >= size) {
+    return path;
+  }
+  full.resize(length);
+  return full;
+}
+
+}  // namespace
 
 bool pathExists(const std::string& utf8) { return ::PathFileExistsW(win32::toUtf16(utf8).c_str()) != FALSE; }
 
 int createDirectories(const std::string& utf8) {
-  return ::SHCreateDirectoryExW(nullptr, win32::toUtf16(utf8).c_str(), nullptr);
+  // The shell's call makes only a full path written with backslashes, and
+  // fails on what script naturally passes: '/' (error 3) or a relative path
+  // (error 161). Both name the same directory as their full path.
+  return ::SHCreateDirectoryExW(nullptr, fullPath(win32::toUtf16(utf8)).c_str(), nullptr);
 }
 
-std::FILE* openFile(const std::string& utf8, const char* mode) {
-  const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
-  return ::_wfopen(win32::toUtf16(utf8).c_str(), wideMode.c_str());
+bool canOpenForRemoval(const std::string& utf8) {
+  // What fopen's "r+" asks, and deletion besides, shared as the C runtime
+  // shares its files. A handle open elsewhere without FILE_SHARE_DELETE, such
+  // as the engine's own log, refuses this open as it would the removal.
+  const HANDLE handle =
+      ::CreateFileW(win32::toUtf16(utf8).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) {
+    return false;
+  }
+  ::CloseHandle(handle);
+  return true;
+}
+
+std::chrono::system_clock::time_point lastWriteTime(const std::string& utf8) {
+  // Asked of the system: MinGW's C++ library reads whole seconds, and misreads
+  // times before 1970. Opened for its attributes only, which no sharing
+  // refuses; a link is followed.
+  const std::wstring path = win32::toUtf16(utf8);
+  const HANDLE handle =
+      ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  FILETIME written{};
+  const bool read = handle != INVALID_HANDLE_VALUE && ::GetFileTime(handle, nullptr, nullptr, &written) != FALSE;
+  const DWORD error = ::GetLastError();
+  if (handle != INVALID_HANDLE_VALUE) {
+    ::CloseHandle(handle);
+  }
+  if (!read) {
+    throw std::filesystem::filesystem_error("last_write_time", std::filesystem::path(path),
+                                            std::error_code(static_cast<int>(error), std::system_category()));
+  }
+  const FileTicks since1601{static_cast<int64_t>((uint64_t{written.dwHighDateTime} << 32) | written.dwLowDateTime)};
+  return std::chrono::system_clock::time_point(
+      std::chrono::duration_cast<std::chrono::system_clock::duration>(since1601 - kFrom1601To1970));
 }
 
 OpenedFile openForReading(const std::string& utf8) {

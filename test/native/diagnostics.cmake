@@ -2,6 +2,9 @@
 # The pure pieces never need an engine; the thin engine calls are tested once
 # the engine library is part of the build.
 orva_gtest(platform_tests platform_test.cpp LIBS orva_platform)
+# Windows and adapters depend on the display: the Windows build runs this one
+# with a virtual display and without one.
+orva_gtest(platform_display_tests platform_display_test.cpp LIBS orva_diagnostics_core)
 
 orva_gtest(diagnostics_tests
   diagnostics_adapter_lookup_test.cpp

@@ -1,16 +1,24 @@
 // The log directory on real temporary directories: naming, the clean-up by
-// age and by size, and the start-up steps that tie them together.
+// age and by size, and the start-up steps that tie them together. The same
+// cases run on POSIX and on Windows; where the two systems differ, both
+// answers stand side by side.
 #include <gtest/gtest.h>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sched.h>
 #include <sys/mount.h>
+#endif
 
 #include <cerrno>
-#include <cstdlib>
+#include <cstdio>
 #include <map>
 #include <sstream>
 
 #include "diagnostics/log_cleanup.h"
 #include "diagnostics/log_setup.h"
+#include "diagnostics/testing/system_files.h"
 #include "diagnostics/testing/temp_dir.h"
 
 namespace orva::diagnostics {
@@ -19,9 +27,23 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using testing::TempDir;
+using testing::UnopenableFile;
 
-// The clean-ups' "now": 2024-01-31 09:05:30 UTC. File ages are set from it.
-const std::chrono::system_clock::time_point kNow = std::chrono::system_clock::from_time_t(1706691930);
+#ifdef _WIN32
+// The shell's directory creation answers with a Win32 error number.
+constexpr int kFileInTheWay = ERROR_PATH_NOT_FOUND;
+// The engine writes its log through the C library, whose files on Windows
+// share reading and writing but not deletion.
+constexpr bool kOpenLogRemovable = false;
+#else
+constexpr int kFileInTheWay = ENOTDIR;
+constexpr bool kOpenLogRemovable = true;
+#endif
+
+// The clean-ups' "now": 2024-01-31 09:05:30.25 UTC. File ages are set from
+// it; its quarter second shows a file time read in whole seconds.
+const std::chrono::system_clock::time_point kNow =
+    std::chrono::system_clock::from_time_t(1706691930) + std::chrono::milliseconds(250);
 
 struct Output {
   std::ostringstream out;
@@ -31,14 +53,7 @@ struct Output {
 
 fs::path makeFile(const fs::path& path, std::chrono::system_clock::duration age, size_t size = 16) {
   testing::writeFile(path, std::string(size, 'x'));
-  fs::last_write_time(path, fs::file_time_type::clock::from_sys(kNow - age));
-  return path;
-}
-
-// An entry that is a regular file to the clean-ups but cannot be opened for
-// writing, even by root: a link to a read-only kernel setting.
-fs::path makeUnopenable(const fs::path& path) {
-  fs::create_symlink("/proc/sys/kernel/ostype", path);
+  testing::setLastWriteTime(path, kNow - age);
   return path;
 }
 
@@ -50,21 +65,27 @@ std::string deleting(std::initializer_list<fs::path> files) {
   return lines;
 }
 
-// Binds a file over itself in a mount namespace of this process's own, so
-// that unlinking it fails (a mount point is busy) while it stays a regular
-// file that opens for reading and writing. The binding dies with the process.
+// Keeps a file that opens for reading, writing and deleting from being
+// removed. On Linux the file is bound over itself in a mount namespace of
+// this process's own, so that unlinking it fails (a mount point is busy); the
+// binding dies with the process. Wine offers no such way.
 class PinnedFile {
  public:
   explicit PinnedFile(const fs::path& path) : path_(path) {
+#ifndef _WIN32
     pinned_ = ::unshare(CLONE_NEWNS) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
               ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0;
+#endif
   }
   ~PinnedFile() {
+#ifndef _WIN32
     if (pinned_) {
       ::umount(path_.c_str());
     }
+#endif
   }
   bool pinned() const { return pinned_; }
+  static constexpr const char* kCannot = "this process cannot keep a file that opens for deleting from removal";
 
  private:
   fs::path path_;
@@ -117,28 +138,27 @@ TEST(LogCleanup, ByAgeRemovesOldDeletableRegularFilesOnly) {
   const fs::path old = makeFile(dir / "orva_sdk_20240101_0000.log", 20 * 24h);
   const fs::path oldOther = makeFile(dir / "notes.txt", 11 * 24h);
   const fs::path young = makeFile(dir / "young.log", 9 * 24h);
-  const fs::path locked = makeUnopenable(dir / "locked.log");
+  const UnopenableFile locked(dir / "locked.log");
   fs::create_directory(dir / "sub");
   const fs::path nested = makeFile(dir / "sub" / "nested.log", 20 * 24h);
-  fs::create_directory_symlink(dir / "sub", dir / "sublink");
 
   cleanLogsByAge(dir.path().string(), 10, kNow, output.console);
 
   EXPECT_FALSE(fs::exists(old));
   EXPECT_FALSE(fs::exists(oldOther));
-  EXPECT_TRUE(fs::exists(young) && fs::is_symlink(locked) && fs::exists(nested) && fs::is_symlink(dir / "sublink"));
+  EXPECT_TRUE(fs::exists(young) && fs::exists(locked.path()) && fs::exists(nested));
   // Directory order is the system's: the two lines may come either way.
   const std::string out = output.out.str();
   EXPECT_TRUE(out == deleting({old, oldOther}) || out == deleting({oldOther, old})) << out;
-  EXPECT_EQ(output.err.str(), "No permission to delete: " + locked.string() + "\n");
+  EXPECT_EQ(output.err.str(), "No permission to delete: " + locked.path().string() + "\n");
 }
 
 TEST(LogCleanup, ByAgeWithZeroDaysKeepsOnlyFilesNotBeforeNow) {
   TempDir dir;
   Output output;
-  const fs::path past = makeFile(dir / "past.log", 1s);
+  const fs::path past = makeFile(dir / "past.log", 1ms);
   const fs::path atNow = makeFile(dir / "now.log", 0s);
-  const fs::path future = makeFile(dir / "future.log", -1h);
+  const fs::path future = makeFile(dir / "future.log", -1ms);
 
   cleanLogsByAge(dir.path().string(), 0, kNow, output.console);
 
@@ -156,24 +176,65 @@ TEST(LogCleanup, MissingDirectoryIsReportedNotThrown) {
   EXPECT_EQ(output.out.str(), "");
 }
 
-TEST(LogCleanup, LinkToAFileOutsideIsRemovedButItsTargetKept) {
+TEST(LogCleanup, LinksCountByWhatTheyNameAndOnlyTheLinkIsRemoved) {
   TempDir outside;
   const fs::path target = makeFile(outside / "precious.log", 30 * 24h, 4096);
+  const fs::path nested = makeFile(outside / "nested.log", 30 * 24h);
   const auto targetTime = fs::last_write_time(target);
   for (const bool bySize : {false, true}) {
     TempDir dir;
     Output output;
     const fs::path link = dir / "link.log";
-    fs::create_symlink(target, link);
+    // A link to a directory is no regular file: what it holds is not looked at.
+    if (!testing::makeSymlink(target, link) || !testing::makeSymlink(outside.path(), dir / "sublink")) {
+      GTEST_SKIP() << testing::kNoSymlinks;
+    }
+#ifndef _WIN32
+    // Nor is a device, whatever its link is called.
+    testing::makeSymlink("/dev/null", dir / "device.log");
+#endif
     if (bySize) {
       cleanLogsBySize(dir.path().string(), 0, output.console);
     } else {
       cleanLogsByAge(dir.path().string(), 10, kNow, output.console);
     }
     EXPECT_EQ(output.out.str(), deleting({link}));
-    EXPECT_FALSE(fs::is_symlink(link));
+    EXPECT_FALSE(fs::exists(link));
     EXPECT_EQ(testing::readFile(target), std::string(4096, 'x'));
     EXPECT_EQ(fs::last_write_time(target), targetTime);
+    EXPECT_TRUE(fs::exists(dir / "sublink") && fs::exists(nested));
+  }
+}
+
+// Test that the log the engine holds open stops neither clean-up: where an
+// open file cannot be removed it is reported and kept, and the others go.
+TEST(LogCleanup, LogHeldOpenByTheEngineIsSkippedOrRemoved) {
+  for (const bool bySize : {false, true}) {
+    TempDir dir;
+    Output output;
+    const fs::path old = makeFile(dir / "old.log", 20 * 24h);
+    const fs::path open = makeFile(dir / "orva_sdk_20240110_0800.log", 21 * 24h);
+    std::FILE* log = std::fopen(open.string().c_str(), "a");
+    ASSERT_NE(log, nullptr);
+
+    if (bySize) {
+      EXPECT_NO_THROW(cleanLogsBySize(dir.path().string(), 0, output.console));
+    } else {
+      EXPECT_NO_THROW(cleanLogsByAge(dir.path().string(), 10, kNow, output.console));
+    }
+    std::fclose(log);
+
+    EXPECT_FALSE(fs::exists(old));
+    EXPECT_EQ(fs::exists(open), !kOpenLogRemovable);
+    if (kOpenLogRemovable) {
+      // Oldest first by size; in directory order by age.
+      const std::string out = output.out.str();
+      EXPECT_TRUE(out == deleting({open, old}) || (!bySize && out == deleting({old, open}))) << out;
+      EXPECT_EQ(output.err.str(), "");
+    } else {
+      EXPECT_EQ(output.out.str(), deleting({old}));
+      EXPECT_EQ(output.err.str(), "No permission to delete: " + open.string() + "\n");
+    }
   }
 }
 
@@ -189,8 +250,7 @@ TEST(LogCleanup, BySizeDeletesOldestFirstUntilNotAboveThreshold) {
     // Their sizes add up to 1000 bytes; nothing else in the directory counts.
     const fs::path files[] = {makeFile(dir / "d.log", 1 * 24h, 400), makeFile(dir / "c.log", 2 * 24h, 300),
                               makeFile(dir / "b.log", 3 * 24h, 200), makeFile(dir / "a.log", 4 * 24h, 100)};
-    const fs::path locked = makeUnopenable(dir / "locked.log");
-    fs::create_symlink("/dev/null", dir / "device.log");
+    const UnopenableFile locked(dir / "locked.log");
     fs::create_directory(dir / "sub");
     makeFile(dir / "sub" / "big.log", 9 * 24h, 5000);
 
@@ -203,7 +263,7 @@ TEST(LogCleanup, BySizeDeletesOldestFirstUntilNotAboveThreshold) {
       expected += i < deleted ? deleting({file}) : "";
     }
     EXPECT_EQ(output.out.str(), expected) << "threshold " << threshold;
-    EXPECT_EQ(output.err.str(), "No permission to delete: " + locked.string() + "\n");
+    EXPECT_EQ(output.err.str(), "No permission to delete: " + locked.path().string() + "\n");
     EXPECT_TRUE(fs::exists(dir / "sub" / "big.log"));
   }
 }
@@ -217,7 +277,7 @@ TEST(LogCleanup, BySizeFailureKeepsEarlierDeletionsAndThrows) {
   const fs::path d = makeFile(dir / "d.log", 1 * 24h);
   PinnedFile pin(pinned);
   if (!pin.pinned()) {
-    GTEST_SKIP() << "this process may not make a mount namespace";
+    GTEST_SKIP() << PinnedFile::kCannot;
   }
 
   EXPECT_THROW(cleanLogsBySize(dir.path().string(), 0, output.console), fs::filesystem_error);
@@ -246,7 +306,7 @@ TEST(PrepareLogDirectory, ConfiguresNothingWithoutADirectory) {
   testing::writeFile(root / "file", "");
   const std::pair<std::string, std::string> cases[] = {
       {"", ""},
-      {(root / "file" / "logs").string(), "SHCreateDirectoryExW faile: " + std::to_string(ENOTDIR) + "\n"},
+      {(root / "file" / "logs").string(), "SHCreateDirectoryExW faile: " + std::to_string(kFileInTheWay) + "\n"},
   };
   for (const auto& [dir, err] : cases) {
     FakeSettings settings{{{"orva.log.clear.enable", 1}}, {}};
@@ -259,17 +319,23 @@ TEST(PrepareLogDirectory, ConfiguresNothingWithoutADirectory) {
 }
 
 TEST(PrepareLogDirectory, CreatesMissingParentsAndNamesFromLocalTime) {
-  ::setenv("TZ", "UTC0", 1);
-  ::tzset();
+  testing::setTimeZone("UTC0");
   TempDir root;
-  FakeSettings settings;
-  Output output;
-  const std::string dir = (root / "a" / "b" / "logs").string();
-
-  EXPECT_EQ(prepareLogDirectory(dir, settings.reader(), kNow, output.console), dir + "/orva_sdk_20240131_0905.log");
-  EXPECT_TRUE(fs::is_directory(dir));
-  EXPECT_EQ(settings.asked, std::vector<std::string>{"orva.log.clear.enable=0"});
-  EXPECT_EQ(output.out.str() + output.err.str(), "");
+  const testing::CurrentDirectory inRoot(root.path());
+  // The system's own separators, and as script writes a path on any system:
+  // forward slashes, or relative to the current directory.
+  const std::string dirs[] = {(root / "a" / "b" / "logs").string(), root.path().string() + "/c/d/logs", "e/f/logs"};
+  for (const std::string& dir : dirs) {
+    // The second start finds the directory that the first one made.
+    for (int start = 0; start < 2; ++start) {
+      FakeSettings settings;
+      Output output;
+      EXPECT_EQ(prepareLogDirectory(dir, settings.reader(), kNow, output.console), dir + "/orva_sdk_20240131_0905.log");
+      EXPECT_TRUE(fs::is_directory(dir)) << dir;
+      EXPECT_EQ(settings.asked, std::vector<std::string>{"orva.log.clear.enable=0"});
+      EXPECT_EQ(output.out.str() + output.err.str(), "") << dir;
+    }
+  }
 }
 
 TEST(PrepareLogDirectory, CleansByAgeThenBySizeOnlyWhenEnabled) {
@@ -316,7 +382,7 @@ TEST(PrepareLogDirectory, FailingCleanupIsReportedOnceAndLogStillNamed) {
   const fs::path d = makeFile(dir / "d.log", 1 * 24h);
   PinnedFile pin(pinned);
   if (!pin.pinned()) {
-    GTEST_SKIP() << "this process may not make a mount namespace";
+    GTEST_SKIP() << PinnedFile::kCannot;
   }
   FakeSettings settings{{{"orva.log.clear.enable", 1}, {"orva.log.size.threshold", 0}}, {}};
   Output output;
