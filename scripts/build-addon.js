@@ -167,7 +167,7 @@ function buildAddon({ buildDir, include, arch = process.arch, jobs }) {
   const release = path.resolve(buildDir);
   // The test-control addon's sources come with a checkout and the package;
   // a copy cut down to the product has none.
-  const withControl = fs.existsSync(path.join(root, 'test', 'support', 'CMakeLists.txt'));
+  const withControl = fs.existsSync(path.join(root, 'sdk', 'sim', 'control_addon', 'CMakeLists.txt'));
   const configure = ['-S', root, '-B', release, '-DCMAKE_BUILD_TYPE=Release', '-DORVA_BUILD_TESTS=OFF',
     '-DORVA_BUILD_BENCH=OFF', `-DORVA_BUILD_TEST_CONTROL=${withControl ? 'ON' : 'OFF'}`,
     `-DORVA_NODE_INCLUDE_DIR=${include}`,

@@ -28,7 +28,8 @@ const RECENT_EVENTS = 100;
 
 /** The file a request names: a page file, or a module of the renderer. */
 function fileFor(url) {
-  const { pathname } = new URL(url, 'http://localhost');
+  // Taken as it comes: a URL parser would throw on some (such as "//").
+  const pathname = url.split('?')[0];
   if (FILES[pathname]) return FILES[pathname];
   const match = /^\/renderer\/([a-z0-9-]+\.js)$/.exec(pathname);
   return match ? path.join(RENDERER, match[1]) : null;

@@ -6,6 +6,7 @@
 const test = require('node:test');
 const assert = require('node:assert/strict');
 const { spawn } = require('child_process');
+const http = require('http');
 const path = require('path');
 const { once } = require('events');
 const { launch } = require('./chromium');
@@ -82,6 +83,37 @@ for (const renderer of ['webgl', '2d']) {
     }
   });
 }
+
+/** The status of a request to `address` with a raw path (no URL normalising on the way). */
+function status(address, method, path) {
+  const { hostname, port } = new URL(address);
+  return new Promise((resolve, reject) => {
+    http.request({ hostname, port, method, path }, (response) => {
+      response.resume();
+      resolve(response.statusCode);
+    }).on('error', reject).end();
+  });
+}
+
+test('the server serves the page and the renderer only, and answers anything else without falling over', async () => {
+  const demo = await startDemo(600);
+  const requests = [
+    ['GET', '//', 404],
+    ['GET', '/renderer/../../package.json', 404],
+    ['GET', '/renderer/%2e%2e%2fpackage.json', 404],
+    ['GET', '/renderer/index.js?x=1', 200],
+    ['POST', '/', 405],
+  ];
+  try {
+    const seen = await Promise.all(requests.map(([method, path]) => status(demo.address, method, path)));
+    demo.child.kill('SIGINT');
+    const { code, output } = await demo.exited;
+    assert.deepEqual(seen, requests.map(([, , expected]) => expected));
+    assert.equal(code, 0, output);
+  } finally {
+    demo.child.kill('SIGKILL');
+  }
+});
 
 test('the demo stops by itself after the seconds it was given', async () => {
   const demo = await startDemo(1);

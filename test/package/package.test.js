@@ -58,7 +58,7 @@ test('npm pack ships the entries, the prebuild and the sources to build from, an
     'lib/testing.d.ts', 'lib/testing.d.mts', 'lib/renderer/index.js', 'lib/renderer/index.d.ts',
     'lib/renderer/colour-space.js', 'cmake/colour-space.js', 'scripts/install.js',
     'scripts/build-addon.js', 'CMakeLists.txt', 'sdk/win/orva.api', 'tools/bindgen/__main__.py',
-    'test/support/CMakeLists.txt',
+    'sdk/sim/control_addon/CMakeLists.txt',
     `prebuilds/${tuple}/liborva_sdk.so`]) {
     assert.ok(files.includes(needed), needed);
   }
@@ -66,7 +66,7 @@ test('npm pack ships the entries, the prebuild and the sources to build from, an
     const prefix = `prebuilds/${tuple}/${addon}.abi${process.versions.modules}.`;
     assert.ok(files.some((file) => file.startsWith(prefix)), `${prefix}* in ${files.join()}`);
   }
-  const unwanted = files.filter((file) => /^test\/(?!support\/)|^(bench|examples|build[^/]*|node_modules)\/|(^|\/)\.|\/testing\/|^scripts\/(?!install\.js$|build-addon\.js$)/.test(file));
+  const unwanted = files.filter((file) => /^(test|bench|examples|build[^/]*|node_modules)\/|(^|\/)\.|\/testing\/|^scripts\/(?!install\.js$|build-addon\.js$)/.test(file));
   assert.deepEqual(unwanted, []);
   t.diagnostic(`${packed.filename}: ${files.length} files, ${packed.size} bytes packed, ${packed.unpackedSize} unpacked`);
 
