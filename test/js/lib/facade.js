@@ -55,8 +55,11 @@ function low32(pointerText) {
   return Number(BigInt.asIntN(32, BigInt(pointerText)));
 }
 
-/** Resolves once `condition()` is true; rejects after `timeoutMs`. */
-async function waitFor(condition, what, timeoutMs = 5000) {
+/**
+ * Resolves once `condition()` is true. The deadline only turns a hang into a
+ * failure: it is far beyond what a loaded machine under the sanitizers takes.
+ */
+async function waitFor(condition, what, timeoutMs = 60000) {
   const deadline = Date.now() + timeoutMs;
   while (!condition()) {
     if (Date.now() > deadline) throw new Error(`timed out waiting for ${what}`);
