@@ -20,6 +20,7 @@
 #include "diagnostics/log_setup.h"
 #include "diagnostics/testing/system_files.h"
 #include "diagnostics/testing/temp_dir.h"
+#include "platform/platform.h"
 
 namespace orva::diagnostics {
 namespace {
@@ -115,18 +116,9 @@ TEST(LogCleanupArithmetic, CutoffAndThresholdWrapLikeThe32BitOriginal) {
 }
 
 TEST(LogFileName, AppendsLocalMinuteWithForwardSlash) {
-  const auto localTime = [](int year, int month, int day, int hour, int minute, int second) {
-    std::tm local{};
-    local.tm_year = year - 1900;
-    local.tm_mon = month - 1;
-    local.tm_mday = day;
-    local.tm_hour = hour;
-    local.tm_min = minute;
-    local.tm_sec = second;
-    return local;
-  };
-  const std::tm morning = localTime(2024, 1, 31, 9, 5, 59);
-  const std::tm lastMinute = localTime(1999, 12, 5, 23, 59, 0);
+  testing::setTimeZone("UTC0");
+  const std::tm morning = platform::localTime(1706691959);    // 2024-01-31 09:05:59: seconds are cut, not rounded
+  const std::tm lastMinute = platform::localTime(944438340);  // 1999-12-05 23:59:00
   EXPECT_EQ(logFileName("/var/log/orva", morning), "/var/log/orva/orva_sdk_20240131_0905.log");
   EXPECT_EQ(logFileName("C:\\logs", lastMinute), "C:\\logs/orva_sdk_19991205_2359.log");
   EXPECT_EQ(logFileName("logs/", morning), "logs//orva_sdk_20240131_0905.log");
@@ -268,24 +260,6 @@ TEST(LogCleanup, BySizeDeletesOldestFirstUntilNotAboveThreshold) {
   }
 }
 
-TEST(LogCleanup, BySizeFailureKeepsEarlierDeletionsAndThrows) {
-  TempDir dir;
-  Output output;
-  const fs::path a = makeFile(dir / "a.log", 4 * 24h);
-  const fs::path b = makeFile(dir / "b.log", 3 * 24h);
-  const fs::path pinned = makeFile(dir / "pinned.log", 2 * 24h);
-  const fs::path d = makeFile(dir / "d.log", 1 * 24h);
-  PinnedFile pin(pinned);
-  if (!pin.pinned()) {
-    GTEST_SKIP() << PinnedFile::kCannot;
-  }
-
-  EXPECT_THROW(cleanLogsBySize(dir.path().string(), 0, output.console), fs::filesystem_error);
-
-  EXPECT_EQ(output.out.str(), deleting({a, b, pinned}));
-  EXPECT_TRUE(!fs::exists(a) && !fs::exists(b) && fs::exists(pinned) && fs::exists(d));
-}
-
 // Integer settings as the engine answers them, with a record of the keys and
 // defaults asked for.
 struct FakeSettings {
@@ -374,24 +348,33 @@ TEST(PrepareLogDirectory, CleansByAgeThenBySizeOnlyWhenEnabled) {
   }
 }
 
-TEST(PrepareLogDirectory, FailingCleanupIsReportedOnceAndLogStillNamed) {
-  TempDir dir;
-  const fs::path old = makeFile(dir / "old.log", 20 * 24h);
-  const fs::path a = makeFile(dir / "a.log", 3 * 24h);
-  const fs::path pinned = makeFile(dir / "pinned.log", 2 * 24h);
-  const fs::path d = makeFile(dir / "d.log", 1 * 24h);
-  PinnedFile pin(pinned);
-  if (!pin.pinned()) {
-    GTEST_SKIP() << PinnedFile::kCannot;
+// Test that a deletion that fails for want of anything but permission ends
+// the clean-up by size where it is and keeps the deletions before it: called
+// alone it throws; at start-up it is reported once and the log still named.
+TEST(LogCleanup, BySizeFailureKeepsEarlierDeletions) {
+  for (const bool atStartUp : {false, true}) {
+    SCOPED_TRACE(atStartUp ? "prepareLogDirectory" : "cleanLogsBySize");
+    TempDir dir;
+    const fs::path old = makeFile(dir / "old.log", 20 * 24h);  // at start-up, gone by age first
+    const fs::path a = makeFile(dir / "a.log", 3 * 24h);
+    const fs::path pinned = makeFile(dir / "pinned.log", 2 * 24h);
+    const fs::path d = makeFile(dir / "d.log", 1 * 24h);
+    PinnedFile pin(pinned);
+    if (!pin.pinned()) {
+      GTEST_SKIP() << PinnedFile::kCannot;
+    }
+    Output output;
+    if (atStartUp) {
+      FakeSettings settings{{{"orva.log.clear.enable", 1}, {"orva.log.size.threshold", 0}}, {}};
+      EXPECT_TRUE(prepareLogDirectory(dir.path().string(), settings.reader(), kNow, output.console).has_value());
+      EXPECT_EQ(output.err.str(), "Delete Orva Log Files failed\n");
+    } else {
+      EXPECT_THROW(cleanLogsBySize(dir.path().string(), 0, output.console), fs::filesystem_error);
+      EXPECT_EQ(output.err.str(), "");
+    }
+    EXPECT_EQ(output.out.str(), deleting({old, a, pinned}));
+    EXPECT_TRUE(!fs::exists(old) && !fs::exists(a) && fs::exists(pinned) && fs::exists(d));
   }
-  FakeSettings settings{{{"orva.log.clear.enable", 1}, {"orva.log.size.threshold", 0}}, {}};
-  Output output;
-
-  EXPECT_TRUE(prepareLogDirectory(dir.path().string(), settings.reader(), kNow, output.console).has_value());
-
-  EXPECT_EQ(output.out.str(), deleting({old, a, pinned}));
-  EXPECT_EQ(output.err.str(), "Delete Orva Log Files failed\n");
-  EXPECT_TRUE(!fs::exists(old) && !fs::exists(a) && fs::exists(pinned) && fs::exists(d));
 }
 
 }  // namespace

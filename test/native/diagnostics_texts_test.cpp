@@ -25,7 +25,7 @@ TEST(CheckResultText, NamesOfVerdictsAndReasons) {
   }
 }
 
-TEST(CheckResultText, EchoCheckResult) {
+TEST(CheckResultText, Records) {
   Orva::Rtc::EchoCheckResult result;
   result.network_result = Orva::Rtc::DISABLED;
   result.performance_result = {Orva::Rtc::WARNING, Orva::Rtc::NO_DEDICATED_GPU};
@@ -37,9 +37,6 @@ TEST(CheckResultText, EchoCheckResult) {
             "Info:\n");
   result.info = {{"gpu", "none"}, {"cpu", "8 cores"}};
   EXPECT_EQ(toText(result).substr(toText(result).find("Info:")), "Info:\n  cpu: 8 cores\n  gpu: none\n");
-}
-
-TEST(CheckResultText, Records) {
   EXPECT_EQ(toText(Orva::Rtc::AdapterInfo{"Intel(R) UHD Graphics 630", 32902, 16018, 1'048'575}),
             "Description: Intel(R) UHD Graphics 630\nVendorId: 32902\nDeviceId: 16018\n"
             "Dedicated Video Memory: 0 MB\n");

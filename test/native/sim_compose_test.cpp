@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "compose.h"
+#include "sim_recorder.h"
 
 namespace {
 
@@ -14,19 +15,10 @@ using orva::loopback::planLayout;
 using orva::loopback::rgbToYuv;
 using orva::loopback::SourceKind;
 using orva::loopback::Yuv;
-
-rtc::LocalMediaTranscodingSource source(rtc::LocalMediaTranscodingSourceType type, rtc::Rect rect, int z,
-                                        const char* image = "") {
-  rtc::LocalMediaTranscodingSource s;
-  s.sourceType = type;
-  s.rect = rect;
-  s.zOrder = z;
-  s.imagePath = image;
-  return s;
-}
-constexpr auto kCamera = rtc::kLocalMediaTranscodingSourceType_MediaSourceCamera;
-constexpr auto kScreen = rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen;
-constexpr auto kImage = rtc::kLocalMediaTranscodingSourceType_MediaSourceImage;
+using sim_test::kCamera;
+using sim_test::kImage;
+using sim_test::kScreen;
+using sim_test::source;
 
 TEST(Compose, RgbToLimitedRangeYuv) {
   const std::vector<std::pair<uint32_t, Yuv>> cases = {{0x000000, {16, 128, 128}},

@@ -10,17 +10,9 @@ namespace {
 
 using namespace sim_test;
 
-class DeviceTest : public ::testing::Test {
+class DeviceTest : public EngineTest {
  protected:
-  void SetUp() override {
-    orva::loopback::control::reset();
-    ASSERT_EQ(engine->initialize(nullptr, &recorder), 0);
-  }
-  void TearDown() override { engine->destroy(); }
-
-  rtc::OrvaEngine* engine = rtc::OrvaEngine::SDK();
   rtc::MediaDevice* device = engine->Device();
-  Recorder recorder;
 };
 
 // Test the devices the loopback machine has.
@@ -117,35 +109,28 @@ TEST_F(DeviceTest, FlagsAreSharedBetweenEngineAndDevice) {
   ASSERT_TRUE(recorder.waitFor("onAudioDevicePlayoutVolumeChanged(80,1)"));
 }
 
-// Test that screens and windows start and stop capture by id with
-// callbacks, and unknown ids are refused with an error callback.
-TEST_F(DeviceTest, ScreenAndWindowCapture) {
+// Test that screens, windows and room-level camera sources start (with their
+// size) and stop by id with callbacks, and that unknown ones are refused with
+// an error callback.
+TEST_F(DeviceTest, CaptureSourcesStartAndStopWithCallbacks) {
   EXPECT_EQ(device->StartCaptureScreen("2"), 0);
   rtc::Window window;
   window.id = 65539;
   EXPECT_EQ(engine->StartCaptureWindow(window, 0), 0);
   EXPECT_LT(device->StartCaptureScreen("77"), 0);
   EXPECT_LT(device->StartCaptureScreen(static_cast<const char*>(nullptr)), 0);
-  engine->StopCaptureScreen("2");
-  device->StopCaptureWindow("65539");
-  ASSERT_TRUE(recorder.waitFor("onScreenSourceStopped(65539,0)"));
-  EXPECT_EQ(recorder.texts(),
-            (std::vector<std::string>{"onScreenSourceStarted(2,0)", "onSourceSized(2,1,2560,1440)",
-                                      "onScreenSourceStarted(65539,0)", "onSourceSized(65539,1,800,600)",
-                                      "onScreenSourceError(77,3)", "onScreenSourceError(0,3)",
-                                      "onScreenSourceStopped(2,0)", "onScreenSourceStopped(65539,0)"}));
-}
-
-// Test that room-level camera sources report started (with their size) and
-// stopped, and an unknown camera an error.
-TEST_F(DeviceTest, CameraSources) {
   engine->startCameraSource("cam-0");
   engine->startCameraSource("cam-9");
+  engine->StopCaptureScreen("2");
+  device->StopCaptureWindow("65539");
   engine->stopCameraSource("cam-0");
   ASSERT_TRUE(recorder.waitFor("onCameraSourceStopped(cam-0)"));
   EXPECT_EQ(recorder.texts(),
-            (std::vector<std::string>{"onCameraSourceStarted(cam-0,0)", "onSourceSized(cam-0,0,1280,720)",
-                                      "onCameraSourceError(cam-9,-2)", "onCameraSourceStopped(cam-0)"}));
+            (std::vector<std::string>{
+                "onScreenSourceStarted(2,0)", "onSourceSized(2,1,2560,1440)", "onScreenSourceStarted(65539,0)",
+                "onSourceSized(65539,1,800,600)", "onScreenSourceError(77,3)", "onScreenSourceError(0,3)",
+                "onCameraSourceStarted(cam-0,0)", "onSourceSized(cam-0,0,1280,720)", "onCameraSourceError(cam-9,-2)",
+                "onScreenSourceStopped(2,0)", "onScreenSourceStopped(65539,0)", "onCameraSourceStopped(cam-0)"}));
 }
 
 }  // namespace

@@ -12,37 +12,26 @@ namespace {
 using namespace sim_test;
 namespace control = orva::loopback::control;
 
-rtc::LocalMediaTranscodingSource source(rtc::LocalMediaTranscodingSourceType type, const char* id, rtc::Rect rect,
-                                        int z) {
-  rtc::LocalMediaTranscodingSource s;
-  s.sourceType = type;
-  s.cameraDeviceId = s.screenSourceId = s.imagePath = id;
-  s.rect = rect;
-  s.zOrder = z;
-  return s;
-}
-
-class FramesTest : public ::testing::Test {
+class FramesTest : public EngineTest {
  protected:
   void SetUp() override {
-    control::reset();
-    ASSERT_EQ(engine->initialize(nullptr, &recorder), 0);
+    EngineTest::SetUp();
     engine->setCameraVideoProcessor(&recorder);
   }
-  void TearDown() override { engine->destroy(); }
-
-  rtc::OrvaEngine* engine = rtc::OrvaEngine::SDK();
-  Recorder recorder;
 };
 
 // Test that frames arrive at the asked size with an I420 layout, announced
-// by OnVideoFormatChanged, numbered in extra, moving, and on the video thread.
-TEST_F(FramesTest, FramesHaveTheAskedSizeAndLayout) {
+// by OnVideoFormatChanged, numbered in extra, moving, and on the video thread;
+// and that they show the canvas colour where no source is and the higher
+// z-order where sources overlap.
+TEST_F(FramesTest, FramesHaveTheAskedSizeLayoutAndSources) {
   rtc::LocalMediaTranscodingParams params;
   params.videoEncoderParams = {320, 180, 60};
-  params.canvasColor = 0x000000;
-  params.inputSourceList.Add(
-      source(rtc::kLocalMediaTranscodingSourceType_MediaSourceCamera, "cam-0", {0, 0, 320, 180}, 0));
+  params.canvasColor = 0xff0000;
+  params.inputSourceList.Add(source(kCamera, {0, 0, 160, 180}, 0, "cam-0"));
+  // Listed top first: drawing must follow zOrder, not list order.
+  params.inputSourceList.Add(source(kImage, {192, 0, 32, 32}, 5, "top.png"));
+  params.inputSourceList.Add(source(kImage, {192, 0, 48, 48}, 1, "bottom.png"));
   engine->startTranscoding(params);
   ASSERT_TRUE(recorder.waitUntil([&] { return recorder.frameCount() >= 3; }));
   engine->stopTranscoding();
@@ -57,48 +46,26 @@ TEST_F(FramesTest, FramesHaveTheAskedSizeAndLayout) {
   const auto frames = recorder.frames();
   for (const auto& f : frames) {
     EXPECT_EQ(f.type, rtc::kI420);
-    EXPECT_EQ(f.width, 320);
-    EXPECT_EQ(f.height, 180);
-    EXPECT_EQ(f.size, 320 * 180 * 3 / 2);
-    EXPECT_EQ(f.strideY, 320);
-    EXPECT_EQ(f.strideU, 160);
-    EXPECT_EQ(f.strideV, 160);
-    EXPECT_EQ(f.offsetU, 320 * 180);
-    EXPECT_EQ(f.offsetV, 320 * 180 + 160 * 90);
     EXPECT_EQ(f.handle, 0u);
+    // Width, height, size, the three strides and where the U and V planes start.
+    EXPECT_EQ((std::vector<long>{f.width, f.height, f.size, f.strideY, f.strideU, f.strideV, f.offsetU, f.offsetV}),
+              (std::vector<long>{320, 180, 320 * 180 * 3 / 2, 320, 160, 160, 320 * 180, 320 * 180 + 160 * 90}));
   }
   ASSERT_GE(frames.size(), 2u);
   EXPECT_EQ(frames[1].extra, frames[0].extra + 1);
   EXPECT_NE(frames[0].bytes, frames[1].bytes) << "the camera pattern must move";
   for (auto& e : recorder.events()) EXPECT_NE(e.thread, std::this_thread::get_id());
-}
 
-// Test that the canvas colour shows where no source is and that the higher
-// z-order wins where sources overlap.
-TEST_F(FramesTest, CanvasShowsAroundSourcesAndZOrderWins) {
-  rtc::LocalMediaTranscodingParams params;
-  params.videoEncoderParams = {64, 64, 30};
-  params.canvasColor = 0xff0000;
-  // Listed top first: drawing must follow zOrder, not list order.
-  params.inputSourceList.Add(
-      source(rtc::kLocalMediaTranscodingSourceType_MediaSourceImage, "top.png", {0, 0, 32, 32}, 5));
-  params.inputSourceList.Add(
-      source(rtc::kLocalMediaTranscodingSourceType_MediaSourceImage, "bottom.png", {0, 0, 48, 48}, 1));
-  engine->startTranscoding(params);
-  ASSERT_TRUE(recorder.waitUntil([&] { return recorder.frameCount() >= 1; }));
-  engine->stopTranscoding();
-
-  const auto frame = recorder.frames().front();
   const auto red = orva::loopback::rgbToYuv(0xff0000);
   const auto top = orva::loopback::rgbToYuv(orva::loopback::imageColour("top.png"));
   const auto bottom = orva::loopback::rgbToYuv(orva::loopback::imageColour("bottom.png"));
-  auto lumaAt = [&](int x, int y) { return frame.bytes[y * 64 + x]; };
-  auto chromaUAt = [&](int x, int y) { return frame.bytes[frame.offsetU + (y / 2) * 32 + x / 2]; };
-  EXPECT_EQ(lumaAt(10, 10), top.y);
-  EXPECT_EQ(chromaUAt(10, 10), top.u);
-  EXPECT_EQ(lumaAt(40, 40), bottom.y);
-  EXPECT_EQ(lumaAt(60, 60), red.y);
-  EXPECT_EQ(chromaUAt(60, 60), red.u);
+  auto lumaAt = [&](int x, int y) { return frames[0].bytes[y * 320 + x]; };
+  auto chromaUAt = [&](int x, int y) { return frames[0].bytes[frames[0].offsetU + (y / 2) * 160 + x / 2]; };
+  EXPECT_EQ(lumaAt(202, 10), top.y);
+  EXPECT_EQ(chromaUAt(202, 10), top.u);
+  EXPECT_EQ(lumaAt(232, 40), bottom.y);
+  EXPECT_EQ(lumaAt(300, 170), red.y);
+  EXPECT_EQ(chromaUAt(300, 170), red.u);
 }
 
 // Test the callbacks around transcoding: started, then each source's
@@ -106,10 +73,9 @@ TEST_F(FramesTest, CanvasShowsAroundSourcesAndZOrderWins) {
 TEST_F(FramesTest, TranscodingReportsSourcesAroundStartAndStop) {
   rtc::LocalMediaTranscodingParams params;
   params.videoEncoderParams = {128, 72, 30};
-  params.inputSourceList.Add(
-      source(rtc::kLocalMediaTranscodingSourceType_MediaSourceCamera, "cam-0", {0, 0, 64, 36}, 0));
-  params.inputSourceList.Add(source(rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen, "1", {64, 0, 64, 36}, 1));
-  params.inputSourceList.Add(source(rtc::kLocalMediaTranscodingSourceType_MediaSourceImage, "logo.png", {}, 2));
+  params.inputSourceList.Add(source(kCamera, {0, 0, 64, 36}, 0, "cam-0"));
+  params.inputSourceList.Add(source(kScreen, {64, 0, 64, 36}, 1, "1"));
+  params.inputSourceList.Add(source(kImage, {}, 2, "logo.png"));
   engine->MediaTranscoder()->startTranscoding(params);
   engine->stopTranscoding();
   ASSERT_TRUE(recorder.waitFor("onTranscodingStopped("));
@@ -123,9 +89,10 @@ TEST_F(FramesTest, TranscodingReportsSourcesAroundStartAndStop) {
 }
 
 // Test that the control seam delivers any frame, texture handles included,
-// to the registered processor from an engine thread, and reports when
-// there is no processor.
-TEST_F(FramesTest, ControlDeliversArbitraryFrames) {
+// to the registered processor, and runs code on the event thread with the
+// registered listener of every face; and that it says so when there is no
+// processor, or no engine.
+TEST_F(FramesTest, ControlSeamDeliversFramesAndRunsOnTheEngineThread) {
   control::Frame wanted;
   wanted.width = 4;
   wanted.height = 2;
@@ -155,13 +122,6 @@ TEST_F(FramesTest, ControlDeliversArbitraryFrames) {
   EXPECT_EQ(frames[2].handle, 0xabcdefu);
   EXPECT_EQ(frames[2].type, rtc::kTexture);
 
-  engine->removeEventHandler(nullptr, &recorder);
-  EXPECT_FALSE(control::deliverFrame(wanted));
-}
-
-// Test that the seam runs code on the event thread with the registered
-// listener of every face.
-TEST_F(FramesTest, ControlRunsOnTheEngineThreadWithRegistrations) {
   std::thread::id ranOn;
   bool sawAll = false;
   ASSERT_TRUE(control::runOnEngineThread([&](const control::Registered& r) {
@@ -173,6 +133,10 @@ TEST_F(FramesTest, ControlRunsOnTheEngineThreadWithRegistrations) {
   EXPECT_NE(ranOn, std::this_thread::get_id());
   EXPECT_TRUE(sawAll);
   EXPECT_EQ(recorder.texts().back(), "OnAudioEvent(x,1)");
+  for (auto& e : recorder.events()) EXPECT_NE(e.thread, std::this_thread::get_id()) << e.text;
+
+  engine->removeEventHandler(nullptr, &recorder);
+  EXPECT_FALSE(control::deliverFrame(wanted));
   engine->destroy();
   EXPECT_FALSE(control::runOnEngineThread([](const control::Registered&) {}));
 }

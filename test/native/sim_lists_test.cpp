@@ -10,45 +10,25 @@ namespace {
 namespace rtc = Orva::Rtc;
 namespace control = orva::loopback::control;
 
-template <class List>
-struct ListCase;
-template <>
-struct ListCase<rtc::SpeakerList> {
-  static rtc::Speaker item(int i) { return {"s", std::to_string(i), i, false, false}; }
-};
-template <>
-struct ListCase<rtc::MicrophoneList> {
-  static rtc::Microphone item(int i) { return {"m", std::to_string(i), i, false, false}; }
-};
-template <>
-struct ListCase<rtc::CameraList> {
-  static rtc::Camera item(int i) {
-    rtc::Camera c;
-    c.guid = std::to_string(i);
-    c.cameraResolutions.Add({i, i, 30, rtc::CaptureDataType::CaptureDataTypeI420});
-    return c;
-  }
-};
-template <>
-struct ListCase<rtc::WindowList> {
-  static rtc::Window item(int i) { return {static_cast<uint64_t>(100 + i), "w", {}}; }
-};
-template <>
-struct ListCase<rtc::ScreenList> {
-  static rtc::Screen item(int i) { return {static_cast<uint64_t>(100 + i), "s", {}}; }
-};
-template <>
-struct ListCase<rtc::LocalMediaTranscodingSourceList> {
-  static rtc::LocalMediaTranscodingSource item(int i) {
-    rtc::LocalMediaTranscodingSource s;
-    s.zOrder = i;
-    return s;
-  }
-};
-template <>
-struct ListCase<rtc::CameraResolutionList> {
-  static rtc::CameraResolution item(int i) { return {i, i, i, rtc::CaptureDataType::CaptureDataTypeNull}; }
-};
+// One element for each kind of list, told apart by `i`.
+rtc::Speaker item(const rtc::SpeakerList&, int i) { return {"s", std::to_string(i), i, false, false}; }
+rtc::Microphone item(const rtc::MicrophoneList&, int i) { return {"m", std::to_string(i), i, false, false}; }
+rtc::Window item(const rtc::WindowList&, int i) { return {static_cast<uint64_t>(100 + i), "w", {}}; }
+rtc::Screen item(const rtc::ScreenList&, int i) { return {static_cast<uint64_t>(100 + i), "s", {}}; }
+rtc::CameraResolution item(const rtc::CameraResolutionList&, int i) {
+  return {i, i, i, rtc::CaptureDataType::CaptureDataTypeNull};
+}
+rtc::Camera item(const rtc::CameraList&, int i) {
+  rtc::Camera c;
+  c.guid = std::to_string(i);
+  c.cameraResolutions.Add({i, i, 30, rtc::CaptureDataType::CaptureDataTypeI420});
+  return c;
+}
+rtc::LocalMediaTranscodingSource item(const rtc::LocalMediaTranscodingSourceList&, int i) {
+  rtc::LocalMediaTranscodingSource s;
+  s.zOrder = i;
+  return s;
+}
 
 template <class List>
 class ListTest : public ::testing::Test {};
@@ -60,12 +40,12 @@ TYPED_TEST_SUITE(ListTest, Lists);
 // copies and that Get outside the list answers null.
 TYPED_TEST(ListTest, CopiesAreDeepAndMissesAreNull) {
   TypeParam list;
-  list.Add(ListCase<TypeParam>::item(1));
+  list.Add(item(list, 1));
   TypeParam copy(list);
-  copy.Add(ListCase<TypeParam>::item(2));
+  copy.Add(item(list, 2));
   TypeParam assigned;
   assigned = copy;
-  assigned.Add(ListCase<TypeParam>::item(3));
+  assigned.Add(item(list, 3));
   EXPECT_EQ(list.Size(), 1);
   EXPECT_EQ(copy.Size(), 2);
   EXPECT_EQ(assigned.Size(), 3);
@@ -73,19 +53,17 @@ TYPED_TEST(ListTest, CopiesAreDeepAndMissesAreNull) {
   for (int index : {-1, 1, 1 << 30}) EXPECT_EQ(list.Get(index), nullptr) << index;
 }
 
-// Test that a camera copied with its list owns its own resolutions.
-TEST(Lists, CameraResolutionsCopyWithTheCamera) {
+// Test that a camera copied with its list owns its own resolutions, and the
+// lookups by guid and by id, with their misses.
+TEST(Lists, LookupsAndCameraResolutionsCopyWithTheCamera) {
   rtc::CameraList list;
-  list.Add(ListCase<rtc::CameraList>::item(7));
+  list.Add(item(list, 7));
   rtc::CameraList copy(list);
   copy.Get(0)->cameraResolutions.Get(0)->width = 1;
   EXPECT_EQ(list.Get(0)->cameraResolutions.Get(0)->width, 7);
   EXPECT_EQ(list.Get("7"), list.Get(0));
   EXPECT_EQ(list.Get("nope"), nullptr);
   EXPECT_EQ(list.Get(static_cast<const char*>(nullptr)), nullptr);
-}
-
-TEST(Lists, LookupsById) {
   rtc::WindowList windows;
   windows.Add({65537, "Editor", {}});
   EXPECT_EQ(windows.GetById(65537)->title, "Editor");

@@ -1,7 +1,11 @@
 // A listener and frame processor for the loopback engine's tests: records
 // every callback as text with the thread it arrived on, keeps the newest
-// frames' bytes, and waits for what a test expects.
+// frames' bytes, and waits for what a test expects. Also the fixture of the
+// end-to-end suites, which starts each test on a fresh engine, and the
+// transcoding sources that tests compose.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -13,6 +17,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "control.h"
 #include "orva/sdk.h"
 
 namespace sim_test {
@@ -219,15 +224,40 @@ class Recorder : public rtc::OrvaEngineListener, public rtc::VideoFrameProcessor
   uint64_t changes_ = 0;  // bumped by every event
 };
 
-// Settings with the loopback's timings shortened for tests.
-inline void fastTimings(rtc::Settings& s) {
-  s.add("loopback.join.delay.ms", "5");
-  s.add("loopback.peer.delay.ms", "5");
-  s.add("loopback.stats.interval.ms", "20");
-  s.add("loopback.volume.interval.ms", "20");
-  s.add("loopback.echo.delay.ms", "20");
-  s.add("loopback.file.duration.ms", "60");
-  s.add("loopback.file.tick.ms", "20");
+// A source of local transcoding; `id` names its camera, screen or image.
+constexpr auto kCamera = rtc::kLocalMediaTranscodingSourceType_MediaSourceCamera;
+constexpr auto kScreen = rtc::kLocalMediaTranscodingSourceType_MediaSourceScreen;
+constexpr auto kImage = rtc::kLocalMediaTranscodingSourceType_MediaSourceImage;
+inline rtc::LocalMediaTranscodingSource source(rtc::LocalMediaTranscodingSourceType type, rtc::Rect rect, int z,
+                                               const char* id = "") {
+  rtc::LocalMediaTranscodingSource s;
+  s.sourceType = type;
+  s.cameraDeviceId = s.screenSourceId = s.imagePath = id;
+  s.rect = rect;
+  s.zOrder = z;
+  return s;
 }
+
+// Each test starts from what a fresh process finds, with the engine running
+// on timings shortened for tests and `recorder` as its listener.
+class EngineTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    orva::loopback::control::reset();
+    rtc::Settings settings;
+    settings.add("loopback.join.delay.ms", "5");
+    settings.add("loopback.peer.delay.ms", "5");
+    settings.add("loopback.stats.interval.ms", "20");
+    settings.add("loopback.volume.interval.ms", "20");
+    settings.add("loopback.echo.delay.ms", "20");
+    settings.add("loopback.file.duration.ms", "60");
+    settings.add("loopback.file.tick.ms", "20");
+    ASSERT_EQ(engine->initialize(&settings, &recorder), 0);
+  }
+  void TearDown() override { engine->destroy(); }
+
+  rtc::OrvaEngine* engine = rtc::OrvaEngine::SDK();
+  Recorder recorder;
+};
 
 }  // namespace sim_test

@@ -19,7 +19,7 @@ using orva::loopback::Scheduler;
 namespace rtc = Orva::Rtc;
 
 // Test that tasks run by due time, ties in posting order, on one thread
-// that is not the poster's.
+// that is not the poster's, and that runAndWait from that thread runs in place.
 TEST(Scheduler, RunsByDueTimeThenPostingOrder) {
   Scheduler scheduler;
   scheduler.start();
@@ -40,6 +40,9 @@ TEST(Scheduler, RunsByDueTimeThenPostingOrder) {
   std::promise<void> last;
   scheduler.post(40ms, [&] { last.set_value(); });
   last.get_future().wait();
+  bool inner = false;
+  EXPECT_TRUE(scheduler.runAndWait([&] { EXPECT_TRUE(scheduler.runAndWait([&] { inner = true; })); }));
+  EXPECT_TRUE(inner);
   scheduler.stop();
   EXPECT_EQ(order, (std::vector<int>{1, 2, 4, 3}));
   ASSERT_EQ(threads.size(), 1u);
@@ -78,16 +81,6 @@ TEST(Scheduler, StopDropsPendingTasksAndReleasesWaiters) {
   scheduler.stop();
 }
 
-// Test that runAndWait from the scheduler's own thread runs in place.
-TEST(Scheduler, RunAndWaitOnItsOwnThreadRunsInPlace) {
-  Scheduler scheduler;
-  scheduler.start();
-  bool inner = false;
-  EXPECT_TRUE(scheduler.runAndWait([&] { EXPECT_TRUE(scheduler.runAndWait([&] { inner = true; })); }));
-  EXPECT_TRUE(inner);
-  scheduler.stop();
-}
-
 struct CombinedListener : rtc::OrvaEngineListener {
   std::atomic<bool> inside{false};
   std::atomic<bool> done{false};
@@ -98,29 +91,15 @@ struct CombinedListener : rtc::OrvaEngineListener {
   }
 };
 
-// Test that forget() clears a listener's faces at once but returns only
-// when the call already in flight on one of them has returned.
-TEST(ListenerRegistry, ForgetListenerWaitsForItsFaces) {
-  ListenerRegistry registry;
-  CombinedListener listener;
-  registry.setAll(&listener);
-  std::thread caller([&] {
-    registry.invoke<rtc::MediaServiceListener>([](auto* l) { l->OnSessionStateChanged("r", rtc::Joined, rtc::Init); });
-  });
-  while (!listener.inside) std::this_thread::yield();
-  registry.forget(&listener, nullptr);
-  EXPECT_TRUE(listener.done);
-  EXPECT_FALSE(registry.invoke<rtc::MediaChannelListener>([](auto*) {}));
-  caller.join();
-}
-
 struct CountingProcessor : rtc::VideoFrameProcessor {
   std::atomic<int> frames{0};
   void OnVideoFrame(rtc::VideoFrame*) override { ++frames; }
 };
 
-// Test that forgetting a processor leaves a different listener's faces alone.
-TEST(ListenerRegistry, ForgetProcessorOnly) {
+// Test that forget() clears the faces of the listener or processor it is
+// given at once, and no others, but returns only when a call already in
+// flight on one of them has returned.
+TEST(ListenerRegistry, ForgetClearsOnlyItsFacesAndWaitsForCallsInFlight) {
   ListenerRegistry registry;
   CombinedListener listener;
   CountingProcessor processor;
@@ -131,6 +110,15 @@ TEST(ListenerRegistry, ForgetProcessorOnly) {
   EXPECT_FALSE(registry.invoke<rtc::VideoFrameProcessor>([](auto* p) { p->OnVideoFrame(nullptr); }));
   EXPECT_TRUE(registry.invoke<rtc::MediaLiveListener>([](auto*) {}));
   EXPECT_EQ(processor.frames, 1);
+
+  std::thread caller([&] {
+    registry.invoke<rtc::MediaServiceListener>([](auto* l) { l->OnSessionStateChanged("r", rtc::Joined, rtc::Init); });
+  });
+  while (!listener.inside) std::this_thread::yield();
+  registry.forget(&listener, nullptr);
+  EXPECT_TRUE(listener.done);
+  EXPECT_FALSE(registry.invoke<rtc::MediaChannelListener>([](auto*) {}));
+  caller.join();
 }
 
 }  // namespace

@@ -14,29 +14,21 @@ namespace {
 using namespace sim_test;
 namespace control = orva::loopback::control;
 
-class SessionTest : public ::testing::Test {
+class SessionTest : public EngineTest {
  protected:
-  void SetUp() override {
-    control::reset();
-    rtc::Settings settings;
-    fastTimings(settings);
-    ASSERT_EQ(engine->initialize(&settings, &recorder), 0);
-  }
-  void TearDown() override { engine->destroy(); }
-
   // Waits for the whole join sequence, peer included.
   void joinRoom(const char* room) {
     ASSERT_EQ(engine->enterRoom(room, nullptr), 0);
     ASSERT_TRUE(recorder.waitFor("OnVideoSizeFirst("));
   }
-
-  rtc::OrvaEngine* engine = rtc::OrvaEngine::SDK();
-  Recorder recorder;
 };
 
 // Test that a join answers at once and reports Joining, Joined and the
-// peer's streams in that order, none of them on the caller's thread.
-TEST_F(SessionTest, JoinReportsStatesThenPeerOffTheCallerThread) {
+// peer's streams in that order; that while joined, statistics carry one
+// remote entry per peer and volumes reach both faces, again and again; that
+// leaving removes the peer's streams and then reports Leaved, once; and that
+// none of it runs on the caller's thread.
+TEST_F(SessionTest, SessionReportsInOrderOffTheCallerThread) {
   joinRoom("room-1");
   const std::vector<std::string> expected = {"OnSessionStateChanged(room-1,1,0)",
                                              "OnSessionStateChanged(room-1,2,0)",
@@ -45,18 +37,42 @@ TEST_F(SessionTest, JoinReportsStatesThenPeerOffTheCallerThread) {
                                              "OnAudioEvent(loopback-peer,0)",
                                              "OnVideoEvent(loopback-peer,0)",
                                              "OnVideoSizeFirst(loopback-peer,1280,720)"};
-  auto texts = recorder.matching("On");
-  std::erase_if(texts, [](auto& t) { return t.rfind("OnNetworkStats", 0) == 0 || t.rfind("OnUserVoice", 0) == 0; });
-  EXPECT_EQ(texts, expected);
+  // The session's own events, without the periodic reports.
+  const auto sessionEvents = [&] {
+    auto texts = recorder.matching("On");
+    std::erase_if(texts, [](auto& t) { return t.rfind("OnNetworkStats", 0) == 0 || t.rfind("OnUserVoice", 0) == 0; });
+    return texts;
+  };
+  EXPECT_EQ(sessionEvents(), expected);
+
+  ASSERT_TRUE(recorder.waitFor("OnNetworkStats(", 3));
+  ASSERT_TRUE(recorder.waitFor("onUserVoiceVolume(", 3));
+  ASSERT_TRUE(recorder.waitFor("OnUserVoiceVolume(", 3));
+  EXPECT_EQ(recorder.matching("OnNetworkStats").back(), "OnNetworkStats(0,loopback-peer:1280x720;)");
+  EXPECT_EQ(recorder.matching("onUserVoiceVolume").back().rfind("onUserVoiceVolume(local-user;loopback-peer;,2,", 0),
+            0u);
+
+  engine->exitRoom();
+  ASSERT_TRUE(recorder.waitFor("OnSessionStateChanged(room-1,5,0)"));
+  EXPECT_EQ(recorder.matching("OnStreamRemove").size(), 2u);
+  const auto texts = sessionEvents();
+  EXPECT_EQ(std::vector<std::string>(texts.end() - 3, texts.end()),
+            (std::vector<std::string>{"OnStreamRemove(loopback-peer,0,0)", "OnStreamRemove(loopback-peer,1,0)",
+                                      "OnSessionStateChanged(room-1,5,0)"}));
+  engine->exitRoom();  // not in a room: nothing
+  std::this_thread::sleep_for(50ms);
+  EXPECT_EQ(recorder.matching("OnSessionStateChanged(room-1,5").size(), 1u);
   for (auto& e : recorder.events()) EXPECT_NE(e.thread, std::this_thread::get_id()) << e.text;
 }
 
-// Test that a missing room name is refused with Join_Param_Error and raises nothing.
+// Test that a missing room or group name is refused with Join_Param_Error
+// and raises nothing.
 TEST_F(SessionTest, EmptyOrNullRoomIsRefusedSilently) {
   for (const char* room : {static_cast<const char*>(nullptr), ""}) {
     EXPECT_EQ(engine->enterRoom(room, nullptr), rtc::Join_Param_Error);
     EXPECT_EQ(engine->JoinSession(room, nullptr), rtc::Join_Param_Error);
     EXPECT_EQ(engine->MediaService()->JoinSession(room, nullptr), rtc::Join_Param_Error);
+    EXPECT_EQ(engine->JoinGroup(room, nullptr), rtc::Join_Param_Error);
   }
   EXPECT_EQ(engine->getLastError(), rtc::Join_Param_Error);
   std::this_thread::sleep_for(50ms);
@@ -84,32 +100,6 @@ TEST_F(SessionTest, PublishingReportsFirstSendAndStopped) {
   engine->unPublishAudio();  // not sending: nothing more
   std::this_thread::sleep_for(30ms);
   EXPECT_EQ(recorder.matching("OnAudioEvent(local-user").size(), 2u);
-}
-
-// Test that leaving removes the peer's streams and then reports Leaved.
-TEST_F(SessionTest, LeavingRemovesPeerThenReportsLeaved) {
-  joinRoom("room-3");
-  engine->exitRoom();
-  ASSERT_TRUE(recorder.waitFor("OnSessionStateChanged(room-3,5,0)"));
-  EXPECT_EQ(recorder.matching("OnStreamRemove").size(), 2u);
-  const auto texts = recorder.texts();
-  EXPECT_EQ(texts.back(), "OnSessionStateChanged(room-3,5,0)");
-  EXPECT_EQ(texts[texts.size() - 3], "OnStreamRemove(loopback-peer,0,0)");
-  engine->exitRoom();  // not in a room: nothing
-  std::this_thread::sleep_for(50ms);
-  EXPECT_EQ(recorder.matching("OnSessionStateChanged(room-3,5").size(), 1u);
-}
-
-// Test that statistics carry one remote entry per peer, with its id valid
-// during the call, and that volumes reach both faces at the set interval.
-TEST_F(SessionTest, StatisticsAndVolumesRepeat) {
-  joinRoom("room-4");
-  ASSERT_TRUE(recorder.waitFor("OnNetworkStats(", 3));
-  ASSERT_TRUE(recorder.waitFor("onUserVoiceVolume(", 3));
-  ASSERT_TRUE(recorder.waitFor("OnUserVoiceVolume(", 3));
-  EXPECT_EQ(recorder.matching("OnNetworkStats").back(), "OnNetworkStats(0,loopback-peer:1280x720;)");
-  EXPECT_EQ(recorder.matching("onUserVoiceVolume").back().rfind("onUserVoiceVolume(local-user;loopback-peer;,2,", 0),
-            0u);
 }
 
 // Test that an echo test reports its result after the delay and counts as
@@ -193,7 +183,6 @@ TEST_F(SessionTest, ListenerCanRemoveItselfFromItsCallback) {
 
 // Test that a group join and leave are reported on the service face.
 TEST_F(SessionTest, GroupJoinAndLeave) {
-  EXPECT_EQ(engine->JoinGroup("", nullptr), rtc::Join_Param_Error);
   EXPECT_EQ(engine->JoinGroup("g", nullptr), 0);
   ASSERT_TRUE(recorder.waitFor("OnGroupStateChanged(g,2,0)"));
   engine->LeaveGroup();
