@@ -56,7 +56,8 @@ async function main() {
   const { frameMessage } = await import('./frames.mjs');
   const outputDir = fs.mkdtempSync(path.join(os.tmpdir(), 'orva-demo-web-'));
   const server = http.createServer(serve);
-  const sockets = new WebSocketServer({ server, path: '/live' });
+  // Pages only listen: anything larger than a close frame from them is refused.
+  const sockets = new WebSocketServer({ server, path: '/live', maxPayload: 1024 });
   const port = Number(process.env.ORVA_DEMO_PORT ?? 0);
   await new Promise((resolve, reject) => server.once('error', reject).listen(port, '127.0.0.1', resolve));
 
@@ -82,6 +83,9 @@ async function main() {
   let latestStats = null;
   const recent = [];
   sockets.on('connection', (socket) => {
+    // A page that breaks the protocol loses its socket (ws closes it); without
+    // a listener the error would end the server.
+    socket.on('error', () => {});
     for (const message of [hello, latestStats, ...recent]) if (message) socket.send(message);
   });
 

@@ -14,7 +14,8 @@ import { create2dDrawer } from './canvas2d.js';
 
 export { colourSpace, yuvToRgbMatrix, i420Layout, i420ToRgba } from './colour-space.js';
 
-export function createRenderer(canvas, { prefer = 'webgl', preserveDrawingBuffer = false } = {}) {
+export function createRenderer(canvas, options) {
+  const { prefer = 'webgl', preserveDrawingBuffer = false } = options ?? {};
   if (!canvas || typeof canvas.getContext !== 'function') {
     throw new TypeError('createRenderer needs a canvas element or an OffscreenCanvas');
   }

@@ -87,7 +87,12 @@ export function createWebglDrawer(canvas, { preserveDrawingBuffer = false } = {}
       return { texture, width: 0, height: 0 };
     });
     const uniform = (name) => gl.getUniformLocation(p, name);
-    state = { textures, sizes: ['sizeY', 'sizeU', 'sizeV'].map(uniform), height: uniform('height') };
+    state = {
+      textures,
+      sizes: ['sizeY', 'sizeU', 'sizeV'].map(uniform),
+      height: uniform('height'),
+      largest: gl.getParameter(gl.MAX_TEXTURE_SIZE), // asked once: a query may wait for the GPU process
+    };
   }
 
   canvas.addEventListener('webglcontextlost', (event) => {
@@ -115,11 +120,10 @@ export function createWebglDrawer(canvas, { preserveDrawingBuffer = false } = {}
       const layout = i420Layout(frame);
       const bytes = frameBytes(pixels, layout);
       if (gl.isContextLost()) return false;
-      const largest = gl.getParameter(gl.MAX_TEXTURE_SIZE);
-      if (Math.max(layout.y.stride, layout.height) > largest) {
-        throw new RangeError(`a ${layout.width}x${layout.height} frame is larger than this WebGL's ${largest} pixels`);
-      }
       if (!state) setUp();
+      if (Math.max(layout.y.stride, layout.height) > state.largest) {
+        throw new RangeError(`a ${layout.width}x${layout.height} frame is larger than this WebGL's ${state.largest} pixels`);
+      }
       if (canvas.width !== layout.width || canvas.height !== layout.height) {
         canvas.width = layout.width;
         canvas.height = layout.height;

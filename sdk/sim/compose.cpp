@@ -20,18 +20,18 @@ struct FixedPointRow {
 
 constexpr int scaled(double value) { return static_cast<int>(value * 256 + (value < 0 ? -0.5 : 0.5)); }
 
+constexpr double kKg = 1 - colour::kKr - colour::kKb;
+
 constexpr FixedPointRow lumaRow() {
   const double scale = (colour::kLumaWhite - colour::kLumaBlack) / 255.0;
-  const double kg = 1 - colour::kKr - colour::kKb;
-  return {scaled(scale * colour::kKr), scaled(scale * kg), scaled(scale * colour::kKb)};
+  return {scaled(scale * colour::kKr), scaled(scale * kKg), scaled(scale * colour::kKb)};
 }
 
 // U is (B - Y) scaled to the chroma range, V is (R - Y).
 constexpr FixedPointRow chromaRow(bool blue) {
   const double k = blue ? colour::kKb : colour::kKr;
   const double scale = (colour::kChromaMax - colour::kChromaMin) / 2.0 / 255.0 / (1 - k);
-  const double kg = 1 - colour::kKr - colour::kKb;
-  return {scaled(scale * ((blue ? 0 : 1) - colour::kKr)), scaled(scale * -kg),
+  return {scaled(scale * ((blue ? 0 : 1) - colour::kKr)), scaled(scale * -kKg),
           scaled(scale * ((blue ? 1 : 0) - colour::kKb))};
 }
 

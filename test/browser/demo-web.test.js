@@ -9,6 +9,7 @@ const { spawn } = require('child_process');
 const http = require('http');
 const path = require('path');
 const { once } = require('events');
+const WebSocket = require('ws');
 const { launch } = require('./chromium');
 const { CANVAS } = require('../../examples/scene');
 
@@ -106,6 +107,18 @@ test('the server serves the page and the renderer only, and answers anything els
   ];
   try {
     const seen = await Promise.all(requests.map(([method, path]) => status(demo.address, method, path)));
+    // Pages only listen; one that sends a broken frame (opcode 3 is reserved)
+    // or one larger than the limit loses its socket, and the server goes on.
+    for (const send of [(socket) => socket._socket.write(Buffer.from([0x83, 0x80, 0, 0, 0, 0])),
+      (socket) => socket.send(Buffer.alloc(1 << 20))]) {
+      const socket = new WebSocket(`${demo.address.replace('http', 'ws')}live`);
+      socket.on('error', () => {}); // the close below is what counts
+      await once(socket, 'open');
+      send(socket);
+      await once(socket, 'close');
+    }
+    seen.push(await status(demo.address, 'GET', '/'));
+    requests.push(['GET', '/', 200]);
     demo.child.kill('SIGINT');
     const { code, output } = await demo.exited;
     assert.deepEqual(seen, requests.map(([, , expected]) => expected));
